@@ -1,0 +1,38 @@
+// Scans an arbitrary argument vector: the input's NUL-separated words follow
+// the program name.
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "launcher/option_loop.h"
+#include "launcher/settings.h"
+#include "util/bounded_text.h"
+
+extern "C" int LLVMFuzzerInitialize(int*, char***) {
+    // -e reads standard input; give it an end of input, never a terminal.
+    if (!std::freopen("/dev/null", "r", stdin)) return 1;
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::vector<std::string> words = {"qorvel"};
+    std::string current;
+    for (std::size_t i = 0; i < size; ++i) {
+        if (data[i] == 0) {
+            words.push_back(current);
+            current.clear();
+        } else {
+            current += static_cast<char>(data[i]);
+        }
+    }
+    words.push_back(current);
+    std::vector<char*> argv;
+    for (std::string& w : words) argv.push_back(w.data());
+    argv.push_back(nullptr);
+
+    qorvel::settings = qorvel::LaunchSettings{};
+    qorvel::bounded_copy(qorvel::settings.outputDesc, "none");
+    qorvel::scan_options(static_cast<int>(words.size()), argv.data());
+    return 0;
+}

@@ -1,0 +1,17 @@
+// Console and debug-log output of the launcher.
+#pragma once
+
+namespace qorvel {
+
+// Shows one message on the console selected by outputDesc ("stderr": plain
+// text on standard error; "stdout": a tagged line; anything else: nothing) and
+// copies it to the debug log. A non-zero `code` appends the system's text for it.
+void outMessage(int code, const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+// outMessage(0, ...) when VERBOSE_MODE is set: progress and failure reports.
+void report(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// One unstamped, flushed line in the debug log when debugging is on.
+void trace(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+}  // namespace qorvel

@@ -1,0 +1,50 @@
+#include <sys/utsname.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "launcher/console.h"
+#include "launcher/debug_args.h"
+#include "launcher/process_config.h"
+#include "launcher/settings.h"
+#include "qorvel/log.h"
+#include "util/bounded_text.h"
+
+namespace {
+
+// Runs at every normal exit, the daemon parent's included; not after exec.
+void cleanup() {
+    for (int fd : {qorvel::settings.stdin_fd, qorvel::settings.stdout_fd,
+                   qorvel::settings.stderr_fd}) {
+        if (fd != -1) close(fd);
+    }
+}
+
+void record_system_name() {
+    struct utsname names;
+    qorvel::bounded_copy(qorvel::settings.osname, uname(&names) == 0 ? names.sysname : "");
+}
+
+void open_debug_log(int argc, char** argv) {
+    using qorvel::settings;
+    settings.LoggerLog = ExtendLogfile(1, qorvel::getLogFileName(argc, argv));
+    LogMsg(settings.LoggerLog, 1, 1, "MAIN -- qorvel process starter on %s\n\n", settings.osname);
+    qorvel::trace("qorvel startup argument list:\n");
+    qorvel::dump_argv(argv);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc <= 1) {
+        qorvel::usage();
+        return -1;
+    }
+    record_system_name();
+    std::atexit(cleanup);
+    qorvel::setDebug(argc, argv);
+    if (qorvel::settings.fDebug) open_debug_log(argc, argv);
+    int rc = qorvel::processConfig(argc, argv);
+    if (qorvel::settings.fDebug) CloseLogfile(qorvel::settings.LoggerLog);
+    return rc;
+}

@@ -1,0 +1,172 @@
+#include "launcher/option_loop.h"
+
+#include <strings.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <string_view>
+
+#include "launcher/console.h"
+#include "launcher/env_lines.h"
+#include "launcher/getopt.h"
+#include "launcher/settings.h"
+#include "launcher/user_spec.h"
+#include "qorvel/config.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+constexpr std::size_t kClasspathSize = 4096;
+constexpr std::size_t kStagingSize = 1024;
+constexpr std::size_t kRedirectSlack = 1024;  // room an expansion may add to a file name
+
+// putenv keeps a pointer to it, so it lives as long as the process.
+char env_classpath[kClasspathSize];
+
+int set_work_dir(const char* arg) {
+    char expanded[QORVEL_EXPAND_MAX];
+    // A cut directory would be some other directory: refuse instead.
+    if (!expand_envvars(expanded, arg) || !bounded_copy(settings.workDir, expanded)) {
+        report("Unabled to set -w <workDir> option, error in argument: (%s)\n", arg);
+        return kWorkDirFailed;
+    }
+    trace("Enabled -w option, cwd = (%s)\n", settings.workDir);
+    return 0;
+}
+
+int set_classpath(const char* arg) {
+    char expanded[QORVEL_EXPAND_MAX];
+    if (!expand_envvars(expanded, arg)) {
+        report("Unabled to set -c <classpath> option, error in argument: (%s)\n", arg);
+        return kClasspathFailed;
+    }
+    bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH", expanded);
+    putenv(env_classpath);
+    trace("Enabled -c option, set (%s)\n", env_classpath);
+    return 0;
+}
+
+void set_console_mode(const char* arg) {
+    if (strcasecmp(arg, "silent") == 0) {
+        settings.fOption = (settings.fOption & ~VERBOSE_MODE) | SILENT_MODE;
+        trace("Enabled -m option, SILENT_MODE\n");
+    } else if (strcasecmp(arg, "verbose") == 0) {
+        settings.fOption = (settings.fOption & ~SILENT_MODE) | VERBOSE_MODE;
+        trace("Enabled -m option, VERBOSE_MODE\n");
+    }
+}
+
+// Expands a redirection file name into a fresh heap buffer with room for the
+// name plus kRedirectSlack. Returns 0, kNoMemory or kRedirectFailed.
+int expand_file_name(std::string_view name, HeapText& target) {
+    HeapText buffer(new (std::nothrow) char[name.size() + kRedirectSlack + 1]);
+    if (!buffer) return kNoMemory;
+    char staged[kStagingSize];
+    char expanded[QORVEL_EXPAND_MAX];
+    if (!bounded_copy(staged, name) || !expand_envvars(expanded, staged) ||
+        !bounded_copy(buffer.get(), name.size() + kRedirectSlack + 1, expanded)) {
+        return kRedirectFailed;
+    }
+    target = std::move(buffer);
+    return 0;
+}
+
+int set_stdin_file(const char* arg) {
+    int rc = expand_file_name(arg, settings.file_stdin);
+    if (rc == kRedirectFailed) {
+        report("Unabled to set -0 <file_stdin> option, error in argument: (%s)\n", arg);
+    }
+    if (rc == 0) trace("Enabled -0 option, file_stdin = (%s)\n", settings.file_stdin.get());
+    return rc;
+}
+
+// -1 and -2: "file" keeps the stream's open flags, "file::anything" selects append.
+int set_output_file(const char* arg, int stream) {
+    bool is_stdout = stream == 1;
+    HeapText& file = is_stdout ? settings.file_stdout : settings.file_stderr;
+    int& oflags = is_stdout ? settings.oflags_stdout : settings.oflags_stderr;
+    const char* name = is_stdout ? "stdout" : "stderr";
+
+    std::string_view file_part = arg;
+    if (std::size_t sep = file_part.find("::"); sep != std::string_view::npos) {
+        file_part = file_part.substr(0, sep);
+        oflags = OFLAGS_APPEND;
+    }
+    int rc = expand_file_name(file_part, file);
+    if (rc == kNoMemory) report("Unable to allocate memory for %s file name\n", name);
+    if (rc == kRedirectFailed) {
+        report("Unabled to set -%d <file_%s> option, error in argument: (%s)\n", stream, name, arg);
+    }
+    if (rc == 0) {
+        trace("Enabled -%d option, file_%s = (%s) oflags_%s = (%s)\n", stream, name, file.get(),
+              name, oflags == OFLAGS_APPEND ? "append" : "create");
+    }
+    return rc;
+}
+
+int set_identity(const char* arg) {
+    if (split_user_spec(arg, settings.user, settings.group, settings.password)) return 0;
+    // Shown in every mode: a launch under the wrong identity must never pass quietly.
+    outMessage(0, "Format error in -u parameter\n");
+    outMessage(0, "syntax is -u User:Group:Password\n");
+    return kUserFormat;
+}
+
+void set_umask(const char* arg) {
+    settings.umask_value = static_cast<int>(std::strtol(arg, nullptr, 8));
+    trace("Enabled -r option, umask = (0%o) (only valid with -d)\n",
+          static_cast<unsigned>(settings.umask_value));
+}
+
+// Acts on one option; returns 0 or a failure code. Faulty letters set `bad`.
+int apply_option(int letter, const char* arg, bool& bad) {
+    switch (letter) {
+        case 'd':
+            settings.fOption |= DAEMON_START;
+            trace("Enabled -d option, DAEMON_START\n");
+            return 0;
+        case 's':
+            settings.fOption |= SUSPEND_AFTER_START;
+            trace("Enabled -s option, SUSPEND_AFTER_START\n");
+            return 0;
+        case 'g':  // decided by the pre-scans
+        case 'l':
+        case 'a':  // property-file options arrive with the properties reader
+        case 'x':
+            return 0;
+        case 'u': return set_identity(arg);
+        case 'w': return set_work_dir(arg);
+        case 'c': return set_classpath(arg);
+        case 'o':
+            bounded_copy(settings.outputDesc, arg);
+            trace("Enabled -o option, outputDesc = (%s)\n", settings.outputDesc);
+            return 0;
+        case 'e': read_env_lines(arg, stdin); return 0;
+        case 'm': set_console_mode(arg); return 0;
+        case '0': return set_stdin_file(arg);
+        case '1': return set_output_file(arg, 1);
+        case '2': return set_output_file(arg, 2);
+        case 'r': set_umask(arg); return 0;
+        default:
+            settings.fOption = -1;  // every bit reads as set from here on
+            bad = true;
+            return 0;
+    }
+}
+
+}  // namespace
+
+int scan_options(int argc, char** argv) {
+    trace("FCN: processConfig() - process Configuration/Startup options.\n");
+    opt::opterr = 1;
+    opt::optind = 0;
+    bool bad = false;
+    for (int letter; (letter = opt::getopt(argc, argv, opt::kOptionString)) != -1;) {
+        if (int rc = apply_option(letter, opt::optarg, bad); rc != 0) return rc;
+    }
+    return bad ? kBadOption : 0;
+}
+
+}  // namespace qorvel

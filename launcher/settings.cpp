@@ -1,0 +1,7 @@
+#include "launcher/settings.h"
+
+namespace qorvel {
+
+LaunchSettings settings;
+
+}  // namespace qorvel

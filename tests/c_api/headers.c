@@ -1,0 +1,4 @@
+/* Every public header must compile as C on its own. */
+#include <qorvel/config.h>
+#include <qorvel/log.h>
+#include <qorvel/services.h>
