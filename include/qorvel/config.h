@@ -3,6 +3,9 @@
 #ifndef QORVEL_CONFIG_H
 #define QORVEL_CONFIG_H
 
+#include <stddef.h>
+#include <stdio.h>
+
 #include "qorvel/export.h"
 
 QORVEL_BEGIN_DECLS
@@ -15,6 +18,103 @@ QORVEL_BEGIN_DECLS
  * must hold QORVEL_EXPAND_MAX bytes; returns 0 and leaves `dst` untouched when
  * a referenced variable is unset or a "{" is left open. */
 QORVEL_API int expand_envvars(char* dst, const char* src);
+
+/* ---- Properties files ---------------------------------------------------- */
+
+/* Status codes of the properties-file reader (besides errno values). */
+#define CFG_NOT_FOUND 2L           /* VTX unset, key absent, argument missing */
+#define CFG_NO_MORE_SECTIONS 259L  /* enumeration reached the end of the file */
+#define CFG_NO_SECTION 10004L      /* the named section does not exist */
+#define CFG_NULL_HANDLE 10006L     /* a lookup was handed no handle */
+#define CFG_BAD_VALUE 10010L       /* value substitution could not complete */
+
+/* Sizes of the handle's text fields. */
+#define CFG_PATH_SIZE 256
+#define CFG_HEADER_SIZE 1024
+
+/* One open properties file. Owned by the caller (usually a local), filled by
+ * opencfg, released by closecfg. A byte copy shares the stream and its read
+ * position; sectionOffset belongs to each copy. fileName comes first, so a
+ * pointer to the handle is also a pointer to the path. */
+typedef struct CFGHANDLE {
+    char fileName[CFG_PATH_SIZE];        /* resolved path of the open file */
+    char sectionHeader[CFG_HEADER_SIZE]; /* "[name]" of the current section, or "" */
+    long sectionOffset;                  /* first byte after that header; 0 = top */
+    FILE* fp;                            /* open for reading, or NULL */
+} CFGHANDLE;
+
+/* Resolves the file (the variable `envVarName` when set and non-empty, else
+ * `fileName` when it names a regular file, else $VTX/properties/<fileName or
+ * "ubroker.properties">), opens it and, with `sectionName`, positions on that
+ * section. Each text may be NULL. Returns 0; 2 when VTX is needed and unset;
+ * an errno value when the file cannot be opened (ENAMETOOLONG when a path or
+ * VTX does not fit its buffer); 10004 when the section is absent, in which
+ * case the file is open and the handle must still be closed. */
+QORVEL_API long opencfg(const char* sectionName, const char* envVarName, const char* fileName,
+                        CFGHANDLE* handle);
+
+/* Closes the stream (if open), empties sectionHeader, zeroes sectionOffset.
+ * fileName is kept. Harmless on a closed handle. */
+QORVEL_API void closecfg(CFGHANDLE* handle);
+
+/* Positions on the first section whose header's first word is "[name]",
+ * compared without regard to case. 1 when found, 0 otherwise (the handle then
+ * keeps its previous section; names over 253 characters are never found). */
+QORVEL_API int find_Section(const char* sectionName, CFGHANDLE* handle);
+
+/* From the stream's current position, finds the next section whose name
+ * begins with `prefix` (with case) and writes the name's last dotted
+ * component into `outName` (at most outSize - 1 characters and a NUL).
+ * Returns 0, or 259 at the end of the file. sectionHeader is not changed. */
+QORVEL_API long find_NextSection(const char* prefix, char* outName, size_t outSize,
+                                 CFGHANDLE* handle);
+
+/* Reads `count` keys, given as trailing (const char* key, char* buffer) pairs,
+ * from section `sectionName` and each of its dotted ancestors ("a", "a.b",
+ * "a.b.c"), the deeper section overriding. A buffer's text on entry is its
+ * default. With `substitute` non-zero values pass through substitution and
+ * each buffer must hold 4096 bytes; without, 1024 bytes. Longer values are
+ * cut to fit. A NULL key or buffer ends the list. Returns 0; 2 when fileName
+ * or sectionName is NULL or VTX is needed and unset; the errno of a failed
+ * open; 10010 when a substitution could not complete. */
+QORVEL_API long getProperties(long count, int substitute, const char* fileName,
+                              const char* sectionName, ...);
+
+/* Copies $VTX into *pathBuffer (size bytes). Returns 0; 2 when VTX is unset;
+ * ENAMETOOLONG when it does not fit. The buffer is untouched on failure. */
+QORVEL_API long getInstallPath(char** pathBuffer, size_t size);
+
+/* Reads one logical line (blanks folded, trailing space dropped, lines ending
+ * in "," joined) of at most limit - 1 characters into `buffer`. Returns 0, or
+ * 1 when the end of the file was met; callers then discard the text. */
+QORVEL_API int cfg_getline(char* buffer, int limit, FILE* stream);
+
+/* Skips spaces and tabs; returns the next other character or EOF. */
+QORVEL_API int eat_ws(FILE* stream);
+
+/* Splits "key=value" in place: the key (up to the first unescaped "=") goes to
+ * `keyword`, the value (leading white space removed) is moved to the front of
+ * `line`. `keyword` must hold strlen(line) + 1 bytes. */
+QORVEL_API void cfg_getkeyword(char* keyword, char* line);
+
+/* Splits off the first word (up to white space not preceded by a backslash)
+ * into `word` and moves the rest, leading white space removed, to the front of
+ * `line`. `word` must hold strlen(line) + 1 bytes. */
+QORVEL_API void cfg_getword(char* word, char* line);
+
+/* Moves `text` up to the first `delimiter` into `word` and drops it and the
+ * delimiter from `text`. `word` must hold strlen(text) + 1 bytes. */
+QORVEL_API void getword(char* word, char* text, char delimiter);
+
+/* Length of a space-padded field of `width` characters: the text's length
+ * when it ends sooner, else `width` less its trailing spaces; 0 for width <= 0. */
+QORVEL_API int spc_len(const char* text, int width);
+
+/* Copies spc_len(text, width) characters and a NUL into `destination`. */
+QORVEL_API void spc_copy(char* destination, const char* text, int width);
+
+/* 1 when `path` (symbolic links followed) is a directory, else 0. */
+QORVEL_API int is_directory(const char* path);
 
 QORVEL_END_DECLS
 
