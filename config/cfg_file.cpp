@@ -1,0 +1,117 @@
+// Opening a properties file, and finding its sections by name or by prefix.
+#include <strings.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "config/file_access.h"
+#include "config/text_split.h"
+#include "qorvel/config.h"
+#include "util/bounded_text.h"
+
+namespace {
+
+constexpr int kSearchLimit = 2047;    // section searches read lines of up to 2046 characters
+constexpr std::size_t kLineSize = 2048;
+constexpr std::size_t kHeaderTextSize = 256;
+
+// Fills handle->fileName from the variable, the given file or $VTX/properties.
+long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handle) {
+    const char* fromEnv = envVarName ? std::getenv(envVarName) : nullptr;
+    const char* chosen = fromEnv && *fromEnv ? fromEnv
+                         : qorvel::cfg::is_afile(fileName) ? fileName
+                                                           : nullptr;
+    if (chosen) return qorvel::bounded_copy(handle->fileName, chosen) ? 0 : ENAMETOOLONG;
+
+    char install[CFG_PATH_SIZE];
+    char* installPtr = install;
+    if (long rc = getInstallPath(&installPtr, sizeof install); rc != 0) return rc;
+    bool fits = qorvel::bounded_format(handle->fileName, sizeof handle->fileName, "%s%c%s%c%s",
+                                       install, '/', "properties", '/',
+                                       fileName ? fileName : "ubroker.properties");
+    return fits ? 0 : ENAMETOOLONG;
+}
+
+}  // namespace
+
+extern "C" long opencfg(const char* sectionName, const char* envVarName, const char* fileName,
+                        CFGHANDLE* handle) {
+    handle->fileName[0] = '\0';
+    handle->sectionHeader[0] = '\0';
+    handle->sectionOffset = 0;
+    handle->fp = nullptr;
+    if (long rc = resolve_path(envVarName, fileName, handle); rc != 0) {
+        handle->fileName[0] = '\0';
+        return rc;
+    }
+    handle->fp = std::fopen(handle->fileName, "r");
+    if (!handle->fp) return errno;
+    if (sectionName && !find_Section(sectionName, handle)) return CFG_NO_SECTION;
+    return 0;
+}
+
+extern "C" void closecfg(CFGHANDLE* handle) {
+    if (handle->fp) std::fclose(handle->fp);
+    handle->fp = nullptr;
+    handle->sectionHeader[0] = '\0';
+    handle->sectionOffset = 0;
+}
+
+extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
+    if (!handle || !handle->fp || !sectionName) return 0;
+    char header[kHeaderTextSize];
+    // A cut header would match some other section.
+    if (!qorvel::bounded_format(header, sizeof header, "[%s]", sectionName)) return 0;
+    std::string_view wanted = header;
+
+    std::fseek(handle->fp, 0, SEEK_SET);
+    char line[kLineSize];
+    while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
+        if (line[0] == '\0' || line[0] == '#') continue;
+        std::string_view word = qorvel::cfg::first_word(line);
+        if (word.size() == wanted.size() &&
+            strncasecmp(word.data(), header, wanted.size()) == 0) {
+            handle->sectionOffset = std::ftell(handle->fp);
+            qorvel::bounded_copy(handle->sectionHeader, wanted);
+            return 1;
+        }
+    }
+    return 0;
+}
+
+namespace {
+
+// The section name of a header line: the keyword's text after "[", leading
+// "]" skipped, up to the next "]".
+std::string_view header_name(char* line, char* keyword) {
+    cfg_getkeyword(keyword, line);
+    std::string_view name = keyword[0] == '[' ? keyword + 1 : keyword;
+    std::size_t start = name.find_first_not_of(']');
+    if (start == std::string_view::npos) return {};
+    name.remove_prefix(start);
+    return name.substr(0, name.find(']'));
+}
+
+}  // namespace
+
+extern "C" long find_NextSection(const char* prefix, char* outName, size_t outSize,
+                                 CFGHANDLE* handle) {
+    if (!handle || !handle->fp) return CFG_NO_MORE_SECTIONS;
+    std::string_view wanted = prefix ? prefix : "";
+    char line[kLineSize];
+    char keyword[kLineSize];
+    while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
+        if (line[0] != '[') continue;
+        std::string_view name = header_name(line, keyword);
+        if (name.empty() || name.substr(0, wanted.size()) != wanted) continue;
+        handle->sectionOffset = std::ftell(handle->fp);
+        std::size_t dot = name.rfind('.');
+        if (dot != std::string_view::npos) name.remove_prefix(dot + 1);
+        if (outName && outSize > 0) qorvel::bounded_copy(outName, outSize, name);
+        return 0;
+    }
+    return CFG_NO_MORE_SECTIONS;
+}

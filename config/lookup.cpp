@@ -1,0 +1,96 @@
+// Reading one key of the current section, with defaults.
+#include "config/lookup.h"
+
+#include <strings.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "config/text_split.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+constexpr int kLookupLimit = 2048;  // lookups read lines of up to 2047 characters
+constexpr std::size_t kLineSize = 2048;
+constexpr std::size_t kWholeValueSize = 1024;
+
+struct Entry {
+    char whole[kWholeValueSize];  // the value, cut at 1023 characters
+    char word[kLineSize];         // its first word
+};
+
+// Scans the section from its recorded offset for `key`; true when found.
+bool find_entry(const CFGHANDLE& handle, const char* key, Entry& entry) {
+    std::fseek(handle.fp, handle.sectionOffset, SEEK_SET);
+    char line[kLineSize];
+    char keyword[kLineSize];
+    while (cfg_getline(line, kLookupLimit, handle.fp) == 0) {
+        if (line[0] == '[') return false;  // the next section begins
+        if (line[0] == '\0' || line[0] == '#') continue;
+        cfg_getkeyword(keyword, line);
+        if (strcasecmp(keyword, key) != 0) continue;
+        bounded_copy(entry.whole, line);
+        bounded_copy(entry.word, cfg::first_word(line));
+        return true;
+    }
+    return false;
+}
+
+void store_number(void* out, long number) { std::memcpy(out, &number, sizeof number); }
+
+// Fills `out` from a found entry; returns the status.
+long take_value(const CFGHANDLE& handle, const char* key, const Entry& entry, void* out,
+                std::size_t outSize, std::uint32_t flags, int substitute) {
+    std::memset(out, 0, outSize);
+    if ((flags & kPropTypeMask) == PROP_INTEGER) {
+        char number[QORVEL_EXPAND_MAX];
+        if (substitute && filterValue(&handle, key, number, sizeof number, entry.word) == 0) {
+            return CFG_BAD_VALUE;
+        }
+        store_number(out, std::strtol(substitute ? number : entry.word, nullptr, 10));
+        return 0;
+    }
+    const char* source = (flags & PROP_WHOLE_LINE) ? entry.whole : entry.word;
+    char* text = static_cast<char*>(out);
+    if (!substitute) {
+        bounded_copy(text, outSize, source);
+        return 0;
+    }
+    return filterValue(&handle, key, text, outSize, source) == 0 ? CFG_BAD_VALUE : 0;
+}
+
+}  // namespace
+
+long getPropValue(const CFGHANDLE* handle, const char* key, void* out, std::size_t outSize,
+                  std::uint32_t flags, const char* defaultText, long defaultNumber,
+                  int substitute) {
+    if (!handle) return CFG_NULL_HANDLE;
+    const CFGHANDLE copy = *handle;  // the caller's handle stays as it was
+    bool isNumber = (flags & kPropTypeMask) == PROP_INTEGER;
+
+    long status = CFG_NOT_FOUND;
+    Entry entry;
+    if (copy.fp && find_entry(copy, key, entry)) {
+        status = take_value(copy, key, entry, out, outSize, flags, substitute);
+    } else if (isNumber && defaultNumber != kNoNumericDefault) {
+        if (out != defaultText) store_number(out, defaultNumber);
+        status = 0;
+    } else if (!isNumber && defaultText) {
+        if (out != defaultText) bounded_copy(static_cast<char*>(out), outSize, defaultText);
+        status = 0;
+    }
+    if (status != 0) {
+        if (isNumber) {
+            store_number(out, kAbsentNumber);
+        } else {
+            bounded_copy(static_cast<char*>(out), outSize, key);
+        }
+    }
+    return status;
+}
+
+}  // namespace qorvel

@@ -1,0 +1,90 @@
+// Several keys of a section, its dotted ancestors supplying what it leaves out.
+#include "config/properties_reader.h"
+
+#include <cerrno>
+#include <algorithm>
+#include <cstdarg>
+#include <string_view>
+#include <vector>
+
+#include "config/lookup.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+constexpr std::size_t kSectionSize = 1024;
+constexpr std::size_t kSubstitutedCapacity = kSubstitutionSize;
+constexpr std::size_t kPlainCapacity = 1024;
+
+// Reads the requests from the section the handle is positioned on.
+long read_level(const CFGHANDLE& handle, int substitute, std::span<const PropertyRequest> requests) {
+    long result = 0;
+    for (const PropertyRequest& request : requests) {
+        if (!request.key || !request.buffer) break;
+        long rc = getPropValue(&handle, request.key, request.buffer, request.capacity,
+                               PROP_STRING | PROP_WHOLE_LINE, request.buffer, kNoNumericDefault,
+                               substitute);
+        if (rc != 0) result = rc;
+    }
+    return result;
+}
+
+// The next non-empty dotted component of `name` from `pos`, or "" at the end.
+std::string_view next_component(std::string_view name, std::size_t& pos) {
+    std::size_t start = name.find_first_not_of('.', pos);
+    if (start == std::string_view::npos) {
+        pos = name.size();
+        return {};
+    }
+    pos = std::min(name.find('.', start), name.size());
+    return name.substr(start, pos - start);
+}
+
+}  // namespace
+
+long read_properties(int substitute, const char* fileName, const char* sectionName,
+                     std::span<const PropertyRequest> requests) {
+    if (!fileName || !sectionName) return CFG_NOT_FOUND;
+    std::string_view name = sectionName;
+    if (name.size() >= kSectionSize) return ENAMETOOLONG;
+
+    CFGHANDLE handle;
+    if (long rc = opencfg(nullptr, nullptr, fileName, &handle); rc != 0) return rc;
+
+    // Empty components ("a..b", ".a") are skipped; a name without any
+    // component is looked up as it stands.
+    char level[kSectionSize] = "";
+    long result = 0;
+    std::size_t pos = 0;
+    std::string_view component = next_component(name, pos);
+    if (component.empty()) component = name;
+    for (bool first = true; first || !component.empty();
+         first = false, component = next_component(name, pos)) {
+        bounded_append(level, component);
+        if (find_Section(level, &handle)) {
+            if (long rc = read_level(handle, substitute, requests); rc != 0) result = rc;
+        }
+        bounded_append(level, ".");
+    }
+    closecfg(&handle);
+    return result;
+}
+
+}  // namespace qorvel
+
+extern "C" long getProperties(long count, int substitute, const char* fileName,
+                              const char* sectionName, ...) {
+    std::size_t capacity = substitute ? qorvel::kSubstitutedCapacity : qorvel::kPlainCapacity;
+    std::vector<qorvel::PropertyRequest> requests;
+    std::va_list args;
+    va_start(args, sectionName);
+    for (long i = 0; i < count; ++i) {
+        const char* key = va_arg(args, const char*);
+        char* buffer = va_arg(args, char*);
+        if (!key || !buffer) break;
+        requests.push_back({key, buffer, capacity});
+    }
+    va_end(args);
+    return qorvel::read_properties(substitute, fileName, sectionName, requests);
+}

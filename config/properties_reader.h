@@ -1,0 +1,22 @@
+// getProperties with each buffer's capacity carried beside it.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace qorvel {
+
+struct PropertyRequest {
+    const char* key;
+    char* buffer;           // holds the default on entry, the value on return
+    std::size_t capacity;   // bytes of `buffer`; longer values are cut to fit
+};
+
+// Reads every request from `sectionName` and each of its dotted ancestors,
+// the deeper section overriding. A null key or buffer ends the list. Returns
+// what getProperties returns, and ENAMETOOLONG for a section name over 1023
+// characters.
+long read_properties(int substitute, const char* fileName, const char* sectionName,
+                     std::span<const PropertyRequest> requests);
+
+}  // namespace qorvel

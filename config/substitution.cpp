@@ -1,0 +1,154 @@
+// Value substitution: property references, environment references,
+// system-property removal and alternatives, each stage on the result of the
+// one before.
+#include <strings.h>
+
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "config/lookup.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+constexpr std::string_view kValueOf = "!{value-of:";
+constexpr std::string_view kSystemProperty = "!{SystemProperty:";
+constexpr std::size_t kTextMax = kSubstitutionSize - 1;
+constexpr std::size_t kReferenceMax = 1023;
+// References that keep producing references (keys naming each other) would
+// otherwise never settle; no honest value needs this many.
+constexpr int kMaxReferencePasses = 64;
+
+bool equals_nocase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
+
+// The value of `ref` ("key" or "section.key") as it appears inside
+// "!{value-of:...}" while reading `key` on `handle`; empty when absent.
+std::string resolve_reference(const CFGHANDLE& handle, std::string_view key,
+                              std::string_view ref) {
+    char value[kSubstitutionSize] = "";
+    std::size_t dot = ref.rfind('.');
+    if (dot == std::string_view::npos) {
+        if (equals_nocase(ref, key)) return {};  // refers to itself
+        std::string name(ref);
+        long rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
+                               kNoNumericDefault, 0);
+        return rc == 0 ? value : "";
+    }
+    std::string section(ref.substr(0, dot));
+    std::string name(dot + 1 < ref.size() ? ref.substr(dot + 1) : key);
+    // An empty section name means the current one.
+    std::string header = section.empty() ? handle.sectionHeader : "[" + section + "]";
+    if (equals_nocase(name, key) && header == handle.sectionHeader) return {};
+
+    long rc;
+    if (section.empty()) {
+        rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
+                          nullptr, kNoNumericDefault, 0);
+    } else {
+        // A section that does not exist resolves to nothing rather than to the
+        // entries above the first header.
+        CFGHANDLE second;
+        rc = opencfg(section.c_str(), nullptr, handle.fileName, &second);
+        if (rc == 0) {
+            rc = getPropValue(&second, name.c_str(), value, sizeof value,
+                              PROP_STRING | PROP_WHOLE_LINE, nullptr, kNoNumericDefault, 0);
+        }
+        closecfg(&second);
+    }
+    return rc == 0 ? value : "";
+}
+
+// Replaces every "!{value-of:...}"; false when the text never settles or outgrows its bound.
+bool replace_references(const CFGHANDLE& handle, std::string_view key, std::string& text) {
+    for (int pass = 0;; ++pass) {
+        std::size_t at = text.find(kValueOf);
+        if (at == std::string::npos) return true;
+        if (pass == kMaxReferencePasses) return false;
+        std::size_t open = at + kValueOf.size();
+        std::size_t close = text.find('}', open);
+        std::string next = text.substr(0, at);
+        if (close == std::string::npos) {
+            next += text.substr(open);  // an unclosed reference loses only its marker
+        } else {
+            std::string_view ref = std::string_view(text).substr(open, close - open);
+            if (ref.size() > kReferenceMax) return false;
+            next += resolve_reference(handle, key, ref);
+            next += text.substr(close + 1);
+        }
+        if (next.size() > kTextMax) return false;
+        text = std::move(next);
+    }
+}
+
+// An unset variable leaves every reference of the text unexpanded.
+void expand_environment(std::string& text) {
+    char expanded[QORVEL_EXPAND_MAX];
+    if (expand_envvars(expanded, text.c_str())) text = expanded;
+}
+
+void remove_system_properties(std::string& text) {
+    for (std::size_t at; (at = text.find(kSystemProperty)) != std::string::npos;) {
+        std::size_t close = text.find('}', at + kSystemProperty.size());
+        text.erase(at, close == std::string::npos ? kSystemProperty.size() : close + 1 - at);
+    }
+}
+
+// "?alt?alt?default?": takes the first alternative that does not begin with a
+// still unexpanded "${...}" or "@{...}" reference. When no "?" closes the
+// chosen alternative it runs to the end of the text and is taken whole.
+void choose_alternative(std::string& text) {
+    std::size_t first = text.find('?');
+    if (first == std::string::npos || text.find('?', first + 1) == std::string::npos) return;
+    std::string chosen = text.substr(0, first);
+    std::size_t p = first;
+    do {
+        ++p;
+        std::string_view rest = std::string_view(text).substr(p);
+        if (rest.starts_with("${") || rest.starts_with("@{")) {
+            if (std::size_t close = rest.find('}'); close != std::string_view::npos) p += close + 1;
+        }
+    } while (p < text.size() && text[p] == '?');
+    std::size_t end = text.find('?', p);
+    if (end == std::string::npos) {
+        chosen += text.substr(p);
+    } else {
+        chosen += text.substr(p, end - p);
+        chosen += text.substr(text.rfind('?') + 1);
+    }
+    text = std::move(chosen);
+}
+
+int substitute(const CFGHANDLE& handle, const char* key, char* out, std::size_t outSize,
+               const char* value) {
+    std::string text = value;
+    if (text.size() > kTextMax) return 0;
+    if (!replace_references(handle, key ? key : "", text)) return 0;
+    expand_environment(text);
+    remove_system_properties(text);
+    choose_alternative(text);
+    bounded_copy(out, outSize, text);
+    return 1;
+}
+
+}  // namespace
+
+int filterValue(const CFGHANDLE* handle, const char* key, char* out, std::size_t outSize,
+                const char* value) {
+    if (!handle) return static_cast<int>(CFG_NULL_HANDLE);
+    if (!value) value = "";
+    if (std::string_view(value).find_first_of("$@!?") == std::string_view::npos) {
+        bounded_copy(out, outSize, value);
+        return 1;
+    }
+    try {
+        return substitute(*handle, key, out, outSize, value);
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+}
+
+}  // namespace qorvel
