@@ -10,6 +10,7 @@
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
 #include "launcher/getopt.h"
+#include "launcher/prop_file.h"
 #include "launcher/settings.h"
 #include "launcher/user_spec.h"
 #include "qorvel/config.h"
@@ -45,6 +46,29 @@ int set_classpath(const char* arg) {
     bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH", expanded);
     putenv(env_classpath);
     trace("Enabled -c option, set (%s)\n", env_classpath);
+    return 0;
+}
+
+// -x: like -a, but the class path goes into the environment instead of the
+// JVM's arguments.
+int set_classpath_from_props(const char* arg) {
+    if (processPropFile(arg) != 0) {
+        report("Unable to set -x option, error in argument: (%s)\n", arg);
+        return kClasspathFailed;
+    }
+    if (!settings.classpath) {
+        trace("-x option but no CLASSPATH found");
+        return 0;
+    }
+    // A cut class path would load some other set of classes: refuse it.
+    if (!bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH",
+                        settings.classpath.get())) {
+        report("Unable to set -x option, error in argument: (%s)\n", arg);
+        return kClasspathFailed;
+    }
+    putenv(env_classpath);
+    trace("Enabled -x option, set (%s)\n", env_classpath);
+    settings.classpath.reset();
     return 0;
 }
 
@@ -133,9 +157,9 @@ int apply_option(int letter, const char* arg, bool& bad) {
             return 0;
         case 'g':  // decided by the pre-scans
         case 'l':
-        case 'a':  // property-file options arrive with the properties reader
-        case 'x':
             return 0;
+        case 'a': return processPropFile(arg);
+        case 'x': return set_classpath_from_props(arg);
         case 'u': return set_identity(arg);
         case 'w': return set_work_dir(arg);
         case 'c': return set_classpath(arg);

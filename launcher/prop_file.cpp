@@ -1,0 +1,110 @@
+#include "launcher/prop_file.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+#include "config/properties_reader.h"
+#include "launcher/console.h"
+#include "launcher/settings.h"
+#include "qorvel/config.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+constexpr std::size_t kPartSize = 1024;
+constexpr std::string_view kDefaultFile = "JavaTools.properties";
+constexpr std::string_view kDefaultSection = "Common";
+
+char env_tmp[kPartSize];  // the file part of the argument
+
+struct PropArgument {
+    char path[kPartSize] = "";
+    char section[kPartSize] = "";
+};
+
+// Splits and expands "file::section". A section that cannot be expanded
+// falls back to the default; a file part that cannot, or either part that
+// does not fit its buffer, fails: a cut name would read some other file.
+bool parse_argument(std::string_view arg, PropArgument& parsed) {
+    std::string_view file = arg;
+    if (std::size_t sep = arg.find("::"); sep != std::string_view::npos) {
+        file = arg.substr(0, sep);
+        char section[kPartSize];
+        char expanded[QORVEL_EXPAND_MAX];
+        if (!bounded_copy(section, arg.substr(sep + 2))) return false;
+        if (expand_envvars(expanded, section) && !bounded_copy(parsed.section, expanded)) {
+            return false;
+        }
+    }
+    if (parsed.section[0] == '\0') bounded_copy(parsed.section, kDefaultSection);
+    if (file.empty()) file = kDefaultFile;
+    file.remove_prefix(std::min(file.find_first_not_of(' '), file.size()));
+
+    char expanded[QORVEL_EXPAND_MAX];
+    return bounded_copy(env_tmp, file) && expand_envvars(expanded, env_tmp) &&
+           bounded_copy(parsed.path, expanded);
+}
+
+bool allocate(HeapText& setting, std::size_t size) {
+    if (!setting) setting.reset(new (std::nothrow) char[size]);
+    if (setting) setting[0] = '\0';  // earlier values are replaced, not merged
+    return setting != nullptr;
+}
+
+// Releases an empty value; logs a kept one.
+void keep_if_set(HeapText& setting, const char* name) {
+    if (setting[0] == '\0') {
+        setting.reset();
+    } else {
+        trace("Processing -a option, %s = (%s) \n", name, setting.get());
+    }
+}
+
+}  // namespace
+
+int processPropFile(const char* arg) {
+    PropArgument parsed;
+    if (!parse_argument(arg, parsed)) {
+        report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
+        return kPropFileFailed;
+    }
+    trace("Processing -a option, propFile = (%s) section = (%s)\n", parsed.path, parsed.section);
+
+    bool allocated = allocate(settings.classpath, kPropClasspathSize);
+    allocated &= allocate(settings.jvmargs, kPropJvmargsSize);
+    allocated &= allocate(settings.policyfile, kPropPolicyfileSize);
+    if (!allocated) {
+        report("Unable to allocate memory while processing -a (%s)\n", arg);
+        return kPropNoMemory;
+    }
+
+    // "Common" is read first, then "Common.<os>" overrides it.
+    char section[kPartSize];
+    bounded_copy(section, parsed.section);
+    if (settings.osname[0] != '\0' &&
+        !bounded_format(section, sizeof section, "%s.%s", parsed.section, settings.osname)) {
+        report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
+        return kPropFileFailed;
+    }
+    const PropertyRequest requests[] = {
+        {"classpath", settings.classpath.get(), kPropClasspathSize},
+        {"jvmargs", settings.jvmargs.get(), kPropJvmargsSize},
+        {"policyfile", settings.policyfile.get(), kPropPolicyfileSize},
+    };
+    if (read_properties(1, parsed.path, section, requests) != 0) {
+        report("Unable to read properties from section (%s) in file (%s)\n", parsed.section,
+               parsed.path);
+        return kPropFileFailed;
+    }
+    char* classpath = settings.classpath.get();
+    std::replace(classpath, classpath + std::strlen(classpath), ',', ':');
+    keep_if_set(settings.classpath, "classpath");
+    keep_if_set(settings.jvmargs, "jvmargs");
+    keep_if_set(settings.policyfile, "policyfile");
+    return 0;
+}
+
+}  // namespace qorvel

@@ -1,0 +1,24 @@
+// The -a and -x options: class path, JVM options and policy file from a
+// section of a properties file.
+#pragma once
+
+#include <cstddef>
+
+namespace qorvel {
+
+inline constexpr int kPropNoMemory = -14;
+inline constexpr int kPropFileFailed = -15;
+
+// Sizes of the settings the properties fill.
+inline constexpr std::size_t kPropClasspathSize = 4096;
+inline constexpr std::size_t kPropJvmargsSize = 2048;
+inline constexpr std::size_t kPropPolicyfileSize = 2048;
+
+// Reads `classpath`, `jvmargs` and `policyfile` for "file::section" (either
+// part may be empty: "JavaTools.properties" and "Common" stand in) from the
+// section and its parents, then from its child named after the operating
+// system, into the launch settings. A value found nowhere leaves its setting
+// none. Returns 0, kPropNoMemory or kPropFileFailed.
+int processPropFile(const char* arg);
+
+}  // namespace qorvel
