@@ -52,6 +52,9 @@ bool set_variable(char* slot) {
 
 void read_env_lines(const char* count_text, std::FILE* input) {
     int count = line_count(count_text);
+    // Read byte by byte, so the input after the last line is left for the JVM
+    // instead of vanishing into a stdio buffer.
+    std::setvbuf(input, nullptr, _IONBF, 0);
     trace("Enabled -e option, setting %d environment variables.\n", count);
     bool whole = true;
     for (int i = 0; i < count; ++i) {

@@ -1,0 +1,148 @@
+#include "launcher/daemon.h"
+
+#include <grp.h>
+#include <pwd.h>
+#include <string.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+
+#include "launcher/console.h"
+#include "launcher/password.h"
+#include "launcher/settings.h"
+#include "qorvel/log.h"
+#include "util/bounded_text.h"
+
+namespace qorvel {
+namespace {
+
+// Ids run from 1 up to one below (id_t)-1, which setuid and setgid read as "no change".
+constexpr long kMaxId = 0xFFFFFFFEL;
+
+// Parses "#<id>"; 0 (after reporting) when the number is not a usable id.
+unsigned long numeric_id(const char* text, const char* kind) {
+    long value = 0;
+    if (!scan_long(text + 1, &value) || value < 0 || value > kMaxId) {
+        report("bad %s id %s\n", kind, text);
+        return 0;
+    }
+    return static_cast<unsigned long>(value);
+}
+
+int fail(int code, const char* format) {
+    if (verbose()) outMessage(code, format, code);
+    return code;
+}
+
+void wait_and_exit(int suspend) {
+    int status = 0;
+    if (suspend) {
+        trace("Waiting for process to exit...\n");
+        while (wait(&status) == -1 && errno == EINTR) {
+        }
+        trace("Process has exited, rc = %d, exit status = %d\n", status, (status >> 8) & 0xff);
+        if (settings.fDebug) CloseLogfile(settings.LoggerLog);
+    }
+    std::exit((status >> 8) & 0xff);
+}
+
+// Supplementary groups of the target user, so none of the superuser's survive.
+int set_supplementary_groups(uid_t uid, gid_t gid) {
+    const passwd* entry = getpwuid(uid);
+    int rc = entry != nullptr ? initgroups(entry->pw_name, gid) : setgroups(1, &gid);
+    return rc == 0 ? 0 : fail(errno, "can't setgid, errno =%d\n");
+}
+
+// The user switch must be one way: afterwards the superuser cannot be regained.
+int switch_user(uid_t uid) {
+    if (setuid(uid) != 0) return fail(errno, "can't setuid, errno = %d\n");
+    if (setuid(0) == 0 || getuid() != uid || geteuid() != uid) {
+        return fail(EPERM, "can't setuid, errno = %d\n");
+    }
+    return 0;
+}
+
+int become_daemon(const char* user, const char* group, uid_t uid, gid_t gid) {
+    bool superuser = getuid() == 0;
+    if (uid != 0 && superuser) {
+        if (int rc = set_supplementary_groups(uid, gid != 0 ? gid : getgid())) return rc;
+    }
+    if (gid != 0) {
+        trace("Exec in group (setgid) (%s)\n", group);
+        if (setgid(gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
+    }
+    if (uid != 0) {
+        trace("Exec as user (setuid) (%s)\n", user);
+        if (superuser) {
+            if (int rc = switch_user(uid)) return rc;
+        }
+    }
+    if (setsid() == -1) {
+        int code = errno;
+        if (verbose()) outMessage(code, "can't setsid, errno\n");
+        return code;
+    }
+    umask(static_cast<mode_t>(settings.umask_value));
+    return 0;
+}
+
+}  // namespace
+
+int scan_long(const char* text, long* value) {
+    long number = 0;
+    char rest[2];
+    if (std::sscanf(text, "%ld%1s", &number, rest) != 1) return 0;
+    *value = number;
+    return 1;
+}
+
+uid_t uname2id(const char* name) {
+    if (name[0] == '#') return static_cast<uid_t>(numeric_id(name, "user"));
+    errno = 0;
+    const passwd* entry = getpwnam(name);
+    if (entry == nullptr) {
+        if (verbose()) outMessage(errno, "bad user name %s\n", name);
+        return 0;
+    }
+    return entry->pw_uid;
+}
+
+gid_t gname2id(const char* name) {
+    if (name[0] == '#') return static_cast<gid_t>(numeric_id(name, "group"));
+    errno = 0;
+    const group* entry = getgrnam(name);
+    if (entry == nullptr) {
+        if (verbose()) outMessage(errno, "bad group name %s\n", name);
+        return 0;
+    }
+    return entry->gr_gid;
+}
+
+int child_start(const char* user, const char* group, char* password, int suspend) {
+    uid_t uid = user[0] != '\0' ? uname2id(user) : 0;
+    gid_t gid = group[0] != '\0' ? gname2id(group) : 0;
+
+    bool check = password[0] != '\0' || (uid != 0 && uid != getuid());
+    bool refused = check && validateUserPassword(user, password) == 0;
+    explicit_bzero(password, bounded_length(password, kIdentityFieldSize));
+    if (refused) {
+        trace("validateUserPassword, %s , xxxxxxx , FAILED \n", user);
+        return kPasswordRefused;
+    }
+    if (group[0] != '\0' && gid == 0) {
+        trace("Invalid Group Name: %s\n", group);
+        return kBadGroup;
+    }
+    trace("FCN: child_start() - Start process as a background daemon\n");
+    std::fflush(nullptr);  // nothing buffered may be written twice
+    pid_t pid = fork();
+    if (pid == -1) return fail(errno, "can't fork first child, errno = %d\n");
+    if (pid != 0) wait_and_exit(suspend);
+    return become_daemon(user, group, uid, gid);
+}
+
+}  // namespace qorvel

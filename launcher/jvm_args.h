@@ -1,0 +1,23 @@
+// The JVM's argument vector: program word, class path, JVM options, security
+// policy and the remaining command words.
+#pragma once
+
+namespace qorvel {
+
+// Most characters the remaining command words may hold together.
+inline constexpr long kMaxArgumentChars = 131072;
+
+// Builds the NULL-terminated vector from `program` (as typed), the settings'
+// classpath, jvmargs and policyfile, and `words` (NULL-terminated, the words
+// after the program). Afterwards settings.policyfile holds the whole policy
+// option. Returns 0 with *argv set, or 7 (too long), 22 (a word cannot be
+// expanded) or errno; on failure *argv is left alone.
+int create_argv(char** words, char*** argv, const char* program);
+
+// Releases a vector made by create_argv; a null vector is ignored.
+void destroy_argv(char** argv);
+
+// Writes the vector to the debug log on one line.
+void show_cmdLine(char** argv);
+
+}  // namespace qorvel

@@ -1,0 +1,75 @@
+#include "launcher/jvm_start.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "launcher/console.h"
+#include "launcher/jvm_args.h"
+#include "launcher/settings.h"
+
+namespace qorvel {
+namespace {
+
+// Owns the argument vector on every path that does not reach exec.
+struct VectorOwner {
+    char** argv = nullptr;
+    ~VectorOwner() { destroy_argv(argv); }
+};
+
+// Opens `name` and puts it on descriptor `target`. The opened descriptor stays
+// open as well: the JVM inherits it, and cleanup closes it on a failed launch.
+int redirect(const char* name, int flags, int target, int& fd, const char* stream) {
+    fd = open(name, flags, settings.open_mode);
+    if (fd == -1) {
+        int code = errno;
+        report("Error opening %s redirection file: (%s), error %d\n", stream, name, code);
+        return code;
+    }
+    close(target);
+    dup2(fd, target);
+    return 0;
+}
+
+int redirect_streams() {
+    if (const char* name = settings.file_stdin.get()) {
+        // Only a regular file may feed the JVM: a directory or a device is refused unopened.
+        if (!is_afile(name)) {
+            report("Error accessing stdin redirection file: (%s)\n", name);
+            return EINVAL;
+        }
+        if (int rc = redirect(name, O_RDONLY, 0, settings.stdin_fd, "stdin")) return rc;
+    }
+    if (const char* name = settings.file_stdout.get()) {
+        if (int rc = redirect(name, settings.oflags_stdout, 1, settings.stdout_fd, "stdout")) {
+            return rc;
+        }
+    }
+    if (const char* name = settings.file_stderr.get()) {
+        if (int rc = redirect(name, settings.oflags_stderr, 2, settings.stderr_fd, "stderr")) {
+            return rc;
+        }
+    }
+    return 0;
+}
+
+}  // namespace
+
+int is_afile(const char* path) {
+    struct stat info;
+    return stat(path, &info) == 0 && S_ISREG(info.st_mode) ? 1 : 0;
+}
+
+int start_jvm(int /*count*/, char** tail) {
+    trace("FCN: start_jvm() - UNIX, execute the process\n");
+    VectorOwner vector;
+    if (int rc = create_argv(tail + 1, &vector.argv, tail[0])) return rc;
+    show_cmdLine(vector.argv);
+    if (int rc = redirect_streams()) return rc;
+    execvp(vector.argv[0], vector.argv);
+    return errno;
+}
+
+}  // namespace qorvel

@@ -1,0 +1,15 @@
+// The last step of a launch: redirect the standard streams and become the JVM.
+#pragma once
+
+namespace qorvel {
+
+// 1 when `path` names an existing regular file, else 0.
+int is_afile(const char* path);
+
+// Builds the vector from `tail` (the program word and its arguments,
+// NULL-terminated), redirects standard input, output and error to the
+// configured files in that order, and execs. Returns only on failure, with the
+// code; redirections already made stay in place. `count` is not consulted.
+int start_jvm(int count, char** tail);
+
+}  // namespace qorvel
