@@ -1,0 +1,140 @@
+#!/usr/bin/env bats
+# Password check and identity switch against real account databases: test
+# passwd, group and shadow files are bind-mounted over the system's inside the
+# private mount namespace that ./run creates, so the machine's own accounts
+# are never touched. Hashes are made here with the system's own tools.
+
+bats_require_minimum_version 1.5.0
+
+setup_file() {
+  if [ "$(readlink /proc/self/ns/mnt)" = "$(readlink /proc/1/ns/mnt)" ]; then
+    echo "refusing to bind-mount account files outside a private mount namespace" >&2
+    return 1
+  fi
+  local etc=$BATS_FILE_TMPDIR/etc yescrypt_salt
+  mkdir -p "$etc"
+  # libcrypt's own salt maker: a yescrypt setting is more than random letters.
+  yescrypt_salt=$(python3 -c 'import ctypes; c = ctypes.CDLL("libcrypt.so.1")
+c.crypt_gensalt.restype = ctypes.c_char_p
+print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
+  {
+    echo 'root:x:0:0:root:/root:/bin/bash'
+    echo 'alice:x:2001:2001::/tmp:/bin/sh'
+    echo 'bob:x:2002:2002::/tmp:/bin/sh'
+    echo 'carol:x:2003:2003::/tmp:/bin/sh'
+    echo 'dave:x:2004:2004::/tmp:/bin/sh'
+    echo 'erin:X:2005:2005::/tmp:/bin/sh'
+    echo "frank:$(perl -e 'print crypt("frank-pass", "fr")'):2006:2006::/tmp:/bin/sh"
+  } > "$etc/passwd"
+  {
+    echo 'root:*:19000:0:99999:7:::'
+    echo "alice:$(perl -e 'print crypt("des-pass", "al")'):19000:0:99999:7:::"
+    echo "bob:$(openssl passwd -1 md5-pass):19000:0:99999:7:::"
+    echo "carol:$(openssl passwd -6 sha-pass):19000:0:99999:7:::"
+    echo "dave:$(perl -e 'print crypt("yes-pass", $ARGV[0])' "$yescrypt_salt"):19000:0:99999:7:::"
+    echo "erin:$(openssl passwd -6 erin-pass):19000:0:99999:7:::"
+  } > "$etc/shadow"
+  chmod 600 "$etc/shadow"
+  {
+    echo 'root:x:0:'
+    echo 'alice:x:2001:'
+    echo 'devs:x:3000:alice,frank'
+    echo 'staff:x:3001:'
+  } > "$etc/group"
+  for f in passwd shadow group; do mount --bind "$etc/$f" "/etc/$f"; done
+}
+
+setup() {
+  export JREHOME=/opt/jre VTX=/opt/app
+  unset QRB_AUTH_DEBUG QRB_AUTH_DEBUG_FILE
+  # Reachable by the test users after the switch.
+  work=$(mktemp -d /tmp/qv-identity.XXXXXX)
+  chmod 1777 "$work"
+  cd "$work"
+}
+
+teardown() { rm -rf "$work"; }
+
+seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
+
+# Every hash method: the child runs as the user, in the group, with no group of root left.
+@test "each hash method verifies and the child becomes the user in the group" {
+  while IFS='|' read -r name spec uid gid; do
+    run --separate-stderr "$QORVEL" -s -r 022 -u "$spec" -1 out.txt "$FAKE_JVM"
+    [ "$status" -eq 0 ] || { echo "$name: $status $stderr"; false; }
+    [ "$(seen uid out.txt)/$(seen euid out.txt)" = "$uid/$uid" ] || { echo "$name"; false; }
+    [ "$(seen gid out.txt)/$(seen egid out.txt)" = "$gid/$gid" ] || { echo "$name"; false; }
+    [ "$(seen groups out.txt)" = 3000 ] || { echo "$name: $(seen groups out.txt)"; false; }
+    [ "$(seen sid out.txt)" = "$(seen pid out.txt)" ] || { echo "$name"; false; }
+    [ "$(seen umask out.txt)" = 0022 ] || { echo "$name"; false; }
+    rm out.txt
+  done <<'CASES'
+traditional_des|alice:devs:des-pass|2001|3000
+md5_dollar_one|bob:devs:md5-pass|2002|3000
+sha512|carol:devs:sha-pass|2003|3000
+yescrypt|dave:devs:yes-pass|2004|3000
+capital_x_field_reads_shadow|erin:devs:erin-pass|2005|3000
+hash_in_passwd_itself|frank:devs:frank-pass|2006|3000
+numeric_group|carol:#3000:sha-pass|2003|3000
+CASES
+}
+
+@test "without a group the user keeps the primary group and gets only its own supplementary groups" {
+  run --separate-stderr "$QORVEL" -s -u alice::des-pass -w "$work" "$FAKE_JVM"
+  [ "$status" -eq 0 ]
+  [ "$(seen uid <<<"$output")" = 2001 ]
+  [ "$(seen gid <<<"$output")" = 0 ]
+  [ "$(seen groups <<<"$output")" = 0,3000 ]
+  [ "$(seen cwd <<<"$output")" = "$work" ]
+}
+
+@test "wrong, empty and missing passwords are refused with 5 before any fork" {
+  while IFS='|' read -r name spec console; do
+    run --separate-stderr "$QORVEL" -u "$spec" "$FAKE_JVM"
+    [ "$status" -eq 5 ] || { echo "$name: $status"; false; }
+    [ "$output" = "" ] || { echo "$name ran the JVM"; false; }
+    [ "$stderr" = "$(printf '%b' "ERROR validating password:${console}\nError attempting to start as a daemon, errno 5\nInput/output error")" ] ||
+      { echo "$name: $stderr"; false; }
+  done <<'CASES'
+wrong_des|alice::wrong|Password does not match.
+wrong_sha512|carol::sha-pas|Password does not match.
+longer_password_same_prefix|carol::sha-pass-and-more|Password does not match.
+empty_password|dave::|Password does not match.
+no_password_for_another_user|bob|Password does not match.
+locked_account|root::anything|Cannot verify blank password.
+numeric_user_has_no_entry_to_check|#2003::sha-pass|Cannot access password entry.
+CASES
+}
+
+@test "the authentication debug file gets one line per check and never a secret" {
+  QRB_AUTH_DEBUG= run "$QORVEL" -s -u carol::sha-pass -1 out.txt "$FAKE_JVM"
+  [ "$status" -eq 0 ]
+  QRB_AUTH_DEBUG=1 run "$QORVEL" -s -u carol::bad-pass "$FAKE_JVM"
+  [ "$status" -eq 5 ]
+  [ "$(cat authdbg.log)" = "IN qorvel - Password verified."$'\n'"IN qorvel - ERROR validating password: Password is invalid." ]
+  QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -s -u carol::bad-pass "$FAKE_JVM"
+  [ ! -e other.log ]
+  QRB_AUTH_DEBUG=1 QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -g -l dbg.log -s -u carol::bad-pass "$FAKE_JVM"
+  [ "$(cat other.log)" = "IN qorvel - ERROR validating password: Password is invalid." ]
+  grep -qxF "validateUserPassword, carol , xxxxxxx , FAILED " dbg.log
+  ! grep -rq -e pass -e '\$6\$' authdbg.log other.log
+  ! grep -q 'bad-pass' dbg.log
+}
+
+# The launcher itself run as alice, through setpriv, so the shadow file is out of reach.
+as_alice() { setpriv --reuid=2001 --regid=2001 --clear-groups "$@"; }
+
+@test "an ordinary user cannot read the shadow file, whatever the password" {
+  run --separate-stderr as_alice "$QORVEL" -u bob::md5-pass "$FAKE_JVM"
+  [ "$status" -eq 5 ]
+  [ "$(sed -n 1p <<<"$stderr")" = "ERROR validating password:Cannot access shadow password entry." ]
+}
+
+@test "an ordinary user with the right password gets no user switch, and the group switch fails" {
+  run --separate-stderr as_alice "$QORVEL" -s -u frank::frank-pass "$FAKE_JVM"
+  [ "$status" -eq 0 ]
+  [ "$(seen uid <<<"$output")" = 2001 ]
+  run --separate-stderr as_alice "$QORVEL" -s -u frank:staff:frank-pass "$FAKE_JVM"
+  [ "$status" -eq 1 ]
+  [ "$stderr" = "can't setgid, errno =1"$'\n'"Operation not permittedError attempting to start as a daemon, errno 1"$'\n'"Operation not permitted" ]
+}
