@@ -2,6 +2,7 @@
 #include <strings.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -11,6 +12,11 @@
 #include "config/text_split.h"
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
+
+// The handle is shared with C callers and copied byte for byte: pin its layout.
+static_assert(offsetof(CFGHANDLE, fileName) == 0, "a handle pointer doubles as its path");
+static_assert(offsetof(CFGHANDLE, sectionOffset) == CFG_PATH_SIZE + CFG_HEADER_SIZE);
+static_assert(sizeof(CFGHANDLE) == CFG_PATH_SIZE + CFG_HEADER_SIZE + sizeof(long) + sizeof(FILE*));
 
 namespace {
 

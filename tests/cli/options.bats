@@ -86,8 +86,9 @@ CASES
   [ "$status" -eq 252 ]
   run "$QORVEL" -1 "$long" java Main
   [ "$status" -eq 244 ]
+  # After -z the cluster reads as -x with an overlong properties-file argument.
   run "$QORVEL" "-z$long" java Main
-  [ "$status" -eq 248 ]
+  [ "$status" -eq 254 ]
   run "$QORVEL" -z -o "$long" -c $'\xc3\xa9\xff$QV_UNSET' java Main
   [ "$status" -eq 254 ]
 }
