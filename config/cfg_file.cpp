@@ -20,14 +20,14 @@ static_assert(sizeof(CFGHANDLE) == CFG_PATH_SIZE + CFG_HEADER_SIZE + sizeof(long
 
 namespace {
 
-constexpr int kSearchLimit = 2047;    // section searches read lines of up to 2046 characters
+constexpr int kSearchLimit = 2047;  // section searches read lines of up to 2046 characters
 constexpr std::size_t kLineSize = 2048;
 constexpr std::size_t kHeaderTextSize = 256;
 
 // Fills handle->fileName from the variable, the given file or $VTX/properties.
 long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handle) {
     const char* fromEnv = envVarName ? std::getenv(envVarName) : nullptr;
-    const char* chosen = fromEnv && *fromEnv ? fromEnv
+    const char* chosen = fromEnv && *fromEnv               ? fromEnv
                          : qorvel::cfg::is_afile(fileName) ? fileName
                                                            : nullptr;
     if (chosen) return qorvel::bounded_copy(handle->fileName, chosen) ? 0 : ENAMETOOLONG;
@@ -35,9 +35,9 @@ long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handl
     char install[CFG_PATH_SIZE];
     char* installPtr = install;
     if (long rc = getInstallPath(&installPtr, sizeof install); rc != 0) return rc;
-    bool fits = qorvel::bounded_format(handle->fileName, sizeof handle->fileName, "%s%c%s%c%s",
-                                       install, '/', "properties", '/',
-                                       fileName ? fileName : "ubroker.properties");
+    bool fits =
+        qorvel::bounded_format(handle->fileName, sizeof handle->fileName, "%s%c%s%c%s", install,
+                               '/', "properties", '/', fileName ? fileName : "ubroker.properties");
     return fits ? 0 : ENAMETOOLONG;
 }
 
@@ -78,8 +78,7 @@ extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
     while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
         if (line[0] == '\0' || line[0] == '#') continue;
         std::string_view word = qorvel::cfg::first_word(line);
-        if (word.size() == wanted.size() &&
-            strncasecmp(word.data(), header, wanted.size()) == 0) {
+        if (word.size() == wanted.size() && strncasecmp(word.data(), header, wanted.size()) == 0) {
             handle->sectionOffset = std::ftell(handle->fp);
             qorvel::bounded_copy(handle->sectionHeader, wanted);
             return 1;

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -97,7 +96,7 @@ TEST(FindNextSection, CutsTheNameToTheCallersBuffer) {
 }
 
 class OpenCfg : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         char tmpl[] = "/tmp/qorvel_vtx_XXXXXX";
         vtx_ = mkdtemp(tmpl);

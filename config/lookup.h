@@ -11,7 +11,7 @@ namespace qorvel {
 
 // Lookup flags: the low 16 bits are the value type, the rest are attributes.
 inline constexpr std::uint32_t PROP_STRING = 1;
-inline constexpr std::uint32_t PROP_INTEGER = 4;  // destination is an 8-byte long
+inline constexpr std::uint32_t PROP_INTEGER = 4;           // destination is an 8-byte long
 inline constexpr std::uint32_t PROP_WHOLE_LINE = 0x40000;  // whole value, not its first word
 inline constexpr std::uint32_t kPropTypeMask = 0xFFFF;
 
@@ -32,8 +32,7 @@ inline constexpr std::size_t kSubstitutionSize = 4096;
 // CFG_NULL_HANDLE (out untouched) or CFG_BAD_VALUE. Only the shared stream's
 // position changes; the caller's handle does not.
 long getPropValue(const CFGHANDLE* handle, const char* key, void* out, std::size_t outSize,
-                  std::uint32_t flags, const char* defaultText, long defaultNumber,
-                  int substitute);
+                  std::uint32_t flags, const char* defaultText, long defaultNumber, int substitute);
 
 // Rewrites `value`, read as `key` on `handle`, into `out` (outSize bytes):
 // property references, environment references, system-property removal and

@@ -46,7 +46,9 @@ const std::string kFile =
     "loopB=!{value-of:loopC}\n"
     "loopC=!{value-of:loopB}\n"
     "grow=!{value-of:S.g2}\n"
-    "g2=" + std::string(600, 'x') + "!{value-of:S.g2}\n"
+    "g2=" +
+    std::string(600, 'x') +
+    "!{value-of:S.g2}\n"
     "sys=!{SystemProperty:user.dir}/x\n"
     "alt=?${QV_JRE}?/usr/jre?\n"
     "mixed=${QV_VTX}/a?${QV_UNSET}?b?\n"
@@ -59,7 +61,7 @@ const std::string kFile =
     "onlyNext=1\n";
 
 class Lookup : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         setenv("QV_VTX", "/vtx", 1);
         setenv("QV_NUM", "42", 1);
@@ -73,7 +75,8 @@ protected:
     long text(const char* section, const char* key, std::uint32_t flags, int substitute,
               const char* dflt = nullptr) {
         EXPECT_EQ(find_Section(section, &h_), 1) << section;
-        return getPropValue(&h_, key, out_, sizeof out_, flags, dflt, kNoNumericDefault, substitute);
+        return getPropValue(&h_, key, out_, sizeof out_, flags, dflt, kNoNumericDefault,
+                            substitute);
     }
 
     TempFile file_{kFile};
@@ -108,7 +111,8 @@ TEST_F(Lookup, ReadsKeysOfTheCurrentSection) {
 }
 
 TEST_F(Lookup, WithoutSectionReadsTheEntriesAboveTheFirstHeader) {
-    EXPECT_EQ(getPropValue(&h_, "top", out_, sizeof out_, PROP_STRING, nullptr, kNoNumericDefault, 0), 0);
+    EXPECT_EQ(
+        getPropValue(&h_, "top", out_, sizeof out_, PROP_STRING, nullptr, kNoNumericDefault, 0), 0);
     EXPECT_STREQ(out_, "above");
 }
 
@@ -148,9 +152,12 @@ TEST_F(Lookup, AppliesDefaults) {
 TEST_F(Lookup, CutsValuesToTheDestination) {
     char small[6];
     ASSERT_EQ(find_Section("UBroker", &h_), 1);
-    EXPECT_EQ(getPropValue(&h_, "workDir", small, sizeof small, kWhole, nullptr, kNoNumericDefault, 1), 0);
+    EXPECT_EQ(
+        getPropValue(&h_, "workDir", small, sizeof small, kWhole, nullptr, kNoNumericDefault, 1),
+        0);
     EXPECT_STREQ(small, "/srv/");
-    EXPECT_EQ(getPropValue(nullptr, "workDir", small, sizeof small, kWhole, nullptr, kNoNumericDefault, 1),
+    EXPECT_EQ(getPropValue(nullptr, "workDir", small, sizeof small, kWhole, nullptr,
+                           kNoNumericDefault, 1),
               CFG_NULL_HANDLE);
     EXPECT_STREQ(small, "/srv/");
 }

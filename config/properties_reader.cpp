@@ -1,8 +1,8 @@
 // Several keys of a section, its dotted ancestors supplying what it leaves out.
 #include "config/properties_reader.h"
 
-#include <cerrno>
 #include <algorithm>
+#include <cerrno>
 #include <cstdarg>
 #include <string_view>
 #include <vector>
@@ -18,7 +18,8 @@ constexpr std::size_t kSubstitutedCapacity = kSubstitutionSize;
 constexpr std::size_t kPlainCapacity = 1024;
 
 // Reads the requests from the section the handle is positioned on.
-long read_level(const CFGHANDLE& handle, int substitute, std::span<const PropertyRequest> requests) {
+long read_level(const CFGHANDLE& handle, int substitute,
+                std::span<const PropertyRequest> requests) {
     long result = 0;
     for (const PropertyRequest& request : requests) {
         if (!request.key || !request.buffer) break;

@@ -8,8 +8,8 @@ namespace qorvel {
 
 struct PropertyRequest {
     const char* key;
-    char* buffer;           // holds the default on entry, the value on return
-    std::size_t capacity;   // bytes of `buffer`; longer values are cut to fit
+    char* buffer;          // holds the default on entry, the value on return
+    std::size_t capacity;  // bytes of `buffer`; longer values are cut to fit
 };
 
 // Reads every request from `sectionName` and each of its dotted ancestors,

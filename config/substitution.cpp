@@ -27,8 +27,7 @@ bool equals_nocase(std::string_view a, std::string_view b) {
 
 // The value of `ref` ("key" or "section.key") as it appears inside
 // "!{value-of:...}" while reading `key` on `handle`; empty when absent.
-std::string resolve_reference(const CFGHANDLE& handle, std::string_view key,
-                              std::string_view ref) {
+std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std::string_view ref) {
     char value[kSubstitutionSize] = "";
     std::size_t dot = ref.rfind('.');
     if (dot == std::string_view::npos) {

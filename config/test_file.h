@@ -10,12 +10,13 @@
 namespace qorvel::testing {
 
 class TempFile {
-public:
+  public:
     explicit TempFile(const std::string& text, const char* dir = nullptr) {
         path_ = std::string(dir ? dir : "/tmp") + "/qorvel_cfg_XXXXXX";
         int fd = mkstemp(path_.data());
         if (fd >= 0) {
-            if (write(fd, text.data(), text.size()) != static_cast<ssize_t>(text.size())) path_.clear();
+            if (write(fd, text.data(), text.size()) != static_cast<ssize_t>(text.size()))
+                path_.clear();
             close(fd);
         }
     }
@@ -27,7 +28,7 @@ public:
     // The name without its directory.
     const char* name() const { return path_.c_str() + path_.rfind('/') + 1; }
 
-private:
+  private:
     std::string path_;
 };
 

@@ -32,8 +32,9 @@ void check(const Guarded& g) {
 void lookups(CFGHANDLE& h) {
     for (const char* key : kKeys) {
         Guarded out;
-        qorvel::getPropValue(&h, key, out.text, sizeof out.text, qorvel::PROP_STRING | qorvel::PROP_WHOLE_LINE,
-                             nullptr, qorvel::kNoNumericDefault, 1);
+        qorvel::getPropValue(&h, key, out.text, sizeof out.text,
+                             qorvel::PROP_STRING | qorvel::PROP_WHOLE_LINE, nullptr,
+                             qorvel::kNoNumericDefault, 1);
         check(out);
         long number = 0;
         qorvel::getPropValue(&h, key, &number, sizeof number, qorvel::PROP_INTEGER, nullptr, 7, 1);

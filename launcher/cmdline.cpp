@@ -27,8 +27,8 @@ bool append_setting(char* line, std::size_t lineSize, const char* plain, const c
                     HeapText& setting) {
     if (!setting || setting[0] == '\0') return true;
     std::size_t used = std::strlen(line);
-    bool fits = bounded_format(line + used, lineSize - used, has_space(setting.get()) ? quoted : plain,
-                               setting.get());
+    bool fits = bounded_format(line + used, lineSize - used,
+                               has_space(setting.get()) ? quoted : plain, setting.get());
     setting.reset();
     return fits;
 }

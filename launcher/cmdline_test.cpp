@@ -39,19 +39,48 @@ TEST(CreateCmdLine, RendersTheCommandAsOneQuotedLine) {
         {"single word", {"java"}, nullptr, nullptr, nullptr, 0, "java "},
         {"no words", {}, nullptr, nullptr, nullptr, 0, ""},
         {"settings after the first word, blanks quoted",
-         {"java", "Main", "my file"}, "/a b/x.jar", "-Xmx512m -Xss1m", nullptr, 0,
+         {"java", "Main", "my file"},
+         "/a b/x.jar",
+         "-Xmx512m -Xss1m",
+         nullptr,
+         0,
          "java -classpath \"/a b/x.jar\" -Xmx512m -Xss1m Main \"my file\" "},
-        {"plain class path and policy unquoted", {"java", "M"}, "a.jar:b.jar", nullptr, "p.policy",
-         0, "java -classpath a.jar:b.jar -Djava.security.policy=p.policy M "},
-        {"policy with a blank is quoted", {"java"}, nullptr, nullptr, "/p d/x", 0,
+        {"plain class path and policy unquoted",
+         {"java", "M"},
+         "a.jar:b.jar",
+         nullptr,
+         "p.policy",
+         0,
+         "java -classpath a.jar:b.jar -Djava.security.policy=p.policy M "},
+        {"policy with a blank is quoted",
+         {"java"},
+         nullptr,
+         nullptr,
+         "/p d/x",
+         0,
          "java -Djava.security.policy=\"/p d/x\" "},
         {"empty settings add nothing", {"java"}, "", "", "", 0, "java "},
-        {"JVMARGS reference is never quoted", {"java", "$JVMARGS"}, nullptr, nullptr, nullptr, 0,
+        {"JVMARGS reference is never quoted",
+         {"java", "$JVMARGS"},
+         nullptr,
+         nullptr,
+         nullptr,
+         0,
          "java -Xa -Xb "},
-        {"expanded blanks are quoted", {"java", "$QV_DIR/x"}, nullptr, nullptr, nullptr, 0,
+        {"expanded blanks are quoted",
+         {"java", "$QV_DIR/x"},
+         nullptr,
+         nullptr,
+         nullptr,
+         0,
          "java \"/my dir/x\" "},
         {"unexpandable word", {"java", "$QV_UNSET"}, nullptr, nullptr, nullptr, 22, "java "},
-        {"line over 2048 characters", {"java", tooLong.c_str()}, nullptr, nullptr, nullptr, 7,
+        {"line over 2048 characters",
+         {"java", tooLong.c_str()},
+         nullptr,
+         nullptr,
+         nullptr,
+         7,
          "java "},
     };
     for (const auto& c : cases) {
@@ -60,9 +89,9 @@ TEST(CreateCmdLine, RendersTheCommandAsOneQuotedLine) {
         settings.policyfile = heap(c.policyfile);
         bounded_copy(settings.outputDesc, "none");
         char line[8192];
-        EXPECT_EQ(create_cmdLine(line, sizeof line, static_cast<int>(c.words.size()),
-                                 c.words.data()),
-                  c.rc)
+        EXPECT_EQ(
+            create_cmdLine(line, sizeof line, static_cast<int>(c.words.size()), c.words.data()),
+            c.rc)
             << c.name;
         EXPECT_EQ(std::string(line), c.line) << c.name;
     }
