@@ -1,0 +1,104 @@
+// Connection-manager services: configurations, databases and server groups,
+// read along the chain of sections built from a dotted service name.
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "qorvel/services.h"
+#include "services/error_detail.h"
+#include "services/service_read.h"
+#include "util/bounded_text.h"
+
+namespace {
+
+using namespace qorvel::services;
+
+constexpr std::size_t kSectionSize = SectionChain::kMaxNameSize;  // 1023 characters a name
+
+// The base, then one more specific name per dot-separated part of the
+// service name (runs of dots count as one). False when it does not fit.
+bool conmgr_chain(SectionChain& chain, const char* baseSection, std::string_view service) {
+    if (!chain.add("%s", baseSection)) return false;
+    while (!service.empty()) {
+        std::size_t dot = service.find('.');
+        std::string_view part = service.substr(0, dot);
+        if (!part.empty()) {
+            const char* previous = chain[chain.size() - 1];
+            if (!chain.add("%s.%.*s", previous, static_cast<int>(part.size()), part.data())) {
+                return false;
+            }
+        }
+        service.remove_prefix(dot == std::string_view::npos ? service.size() : dot + 1);
+    }
+    return true;
+}
+
+template <typename Record>
+long read_conmgr(const char* propertiesFile, const char* serviceName, Record* record,
+                 int useTableDefaults, ErrDetail* errDetail, const DescriptorTable& table,
+                 const char* readerName, const char* baseSection) {
+    OpenFile opened;
+    long r = OpenConManager(propertiesFile, serviceName, errDetail, 0, &opened.handle, readerName);
+    if (r != 0) return r;
+    char allocWhere[64];
+    qorvel::bounded_format(allocWhere, sizeof allocWhere, "memory allocation %s", readerName);
+    OwnedList list;
+    if ((r = make_list(list, table, allocWhere, errDetail)) != 0) return r;
+    std::memset(record, 0, sizeof *record);
+    bind_list(list.get(), record, table);
+    return ReadConManager(serviceName, errDetail, list.release(), &opened.handle, baseSection,
+                          useTableDefaults);
+}
+
+}  // namespace
+
+extern "C" long OpenConManager(const char* propertiesFile, const char* serviceName,
+                               ErrDetail* errDetail, long /*reserved*/, CFGHANDLE* handle,
+                               const char* callerName) {
+    if (!serviceName || !*serviceName) {
+        report_code(errDetail, CV_ERR_NO_SERVICE_NAME, callerName);
+        return CV_ERR_NO_SERVICE_NAME;
+    }
+    long r = opencfg(nullptr, nullptr, propertiesFile, handle);
+    if (r != 0) {
+        report_failuref(errDetail, r, "opencfg of %s for service %s", handle->fileName,
+                        serviceName);
+    }
+    return r;
+}
+
+extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
+                               CFGHANDLE* handle, const char* baseSection,
+                               int useTableDefaults) {
+    OwnedList owned(list);
+    if (!baseSection || !*baseSection) return 0;
+    SectionChain chain(kSectionSize);
+    if (!conmgr_chain(chain, baseSection, serviceName ? serviceName : "")) {
+        report_system(errDetail, ENAMETOOLONG, "ReadConManager section chain");
+        return ENAMETOOLONG;
+    }
+    Defaults defaults = useTableDefaults ? Defaults::Table : Defaults::Inherited;
+    ChainRules rules{defaults, defaults, false, nullptr, true};
+    return read_chain(*handle, list, chain, rules, errDetail);
+}
+
+extern "C" long ReadConfigProperties(const char* propertiesFile, const char* serviceName,
+                                     CNFGserviceInfo* record, int useTableDefaults,
+                                     ErrDetail* errDetail) {
+    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
+                       CNFGcfg_info, "ReadConfigProperties", "configuration");
+}
+
+extern "C" long ReadDBProperties(const char* propertiesFile, const char* serviceName,
+                                 DBserviceInfo* record, int useTableDefaults,
+                                 ErrDetail* errDetail) {
+    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
+                       DBcfg_info, "ReadDBProperties", "database");
+}
+
+extern "C" long ReadSrvrGrpProperties(const char* propertiesFile, const char* serviceName,
+                                      SRVRGRPserviceInfo* record, int useTableDefaults,
+                                      ErrDetail* errDetail) {
+    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
+                       SRVRGRPcfg_info, "ReadSrvrGrpProperties", "servergroup");
+}

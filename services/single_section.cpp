@@ -1,0 +1,41 @@
+// The single-section read.
+#include "services/single_section.h"
+
+#include <cerrno>
+#include <cstdarg>
+
+#include "services/error_detail.h"
+#include "services/service_read.h"
+#include "util/bounded_text.h"
+
+namespace qorvel::services {
+
+long read_single_section(const char* propertiesFile, const SingleSection& read,
+                         ErrDetail* errDetail, const char* format, ...) {
+    SectionChain chain(read.sectionSize);
+    char name[SectionChain::kMaxNameSize];
+    std::va_list args;
+    va_start(args, format);
+    bool fits = bounded_vformat(name, read.sectionSize, format, args);
+    va_end(args);
+    char where[sizeof errDetail->where];
+    if (!fits || !chain.add("%s", name)) {
+        bounded_format(where, sizeof where, "%s section name", read.readerName);
+        report_system(errDetail, ENAMETOOLONG, where);
+        return ENAMETOOLONG;
+    }
+
+    OpenFile opened;
+    if (long r = open_properties(opened, propertiesFile, "service ", errDetail); r != 0) return r;
+    if (!read.table) {
+        fill_ErrDetail(errDetail, CV_ERR_REPL_VERSION, 0, 0,
+                       "Invalid Velmor Replication version specified", " ");
+        return CV_ERR_REPL_VERSION;
+    }
+    bounded_format(where, sizeof where, "%s memory allocation", read.readerName);
+    ServiceRead service{*read.table, read.record, chain,
+                        ChainRules{Defaults::Table, Defaults::Table, true, nullptr, false}, where};
+    return read_open_file(opened.handle, service, errDetail);
+}
+
+}  // namespace qorvel::services

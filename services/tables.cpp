@@ -1,0 +1,489 @@
+// The descriptor tables: every key of every service record, its type,
+// capacity, default and attributes, in the order the readers read them.
+#include "services/tables.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace qorvel::services {
+namespace {
+
+// One row as written below; `fieldSize` lets the build prove the capacity fits.
+struct Key {
+    const char* keyword;
+    std::size_t offset;
+    std::size_t fieldSize;
+    std::uint64_t capacity;
+    const char* defaultText;
+    std::int64_t defaultNum;
+    std::uint32_t flags;
+};
+
+#define QV_FIELD(R, member) offsetof(R, member), sizeof(static_cast<R*>(nullptr)->member)
+#define INT(R, key, member, def, attrs) \
+    Key { key, QV_FIELD(R, member), 8, "", def, PROP_INTEGER | (attrs) }
+#define TEXT(R, key, member, cap, def, attrs) \
+    Key { key, QV_FIELD(R, member), cap, def, 0, PROP_STRING | (attrs) }
+
+constexpr std::size_t text_length(const char* text) {
+    std::size_t n = 0;
+    while (text[n] != '\0') ++n;
+    return n;
+}
+
+// A row is sound when its value and its default fit the field it fills.
+constexpr bool rows_fit(std::span<const Key> keys) {
+    for (const Key& k : keys) {
+        bool isInt = (k.flags & 0xFFFF) == PROP_INTEGER;
+        if (isInt && (k.capacity != 8 || k.fieldSize != 8)) return false;
+        if (k.capacity > k.fieldSize) return false;
+        if (text_length(k.defaultText) >= k.capacity) return false;
+    }
+    return true;
+}
+
+template <std::size_t N>
+struct Built {
+    std::array<CfgInfo, N + 1> entries{};  // the last stays all zero
+    std::array<std::size_t, N> offsets{};
+};
+
+template <std::size_t N>
+constexpr Built<N> build(const std::array<Key, N>& keys) {
+    Built<N> table;
+    for (std::size_t i = 0; i < N; ++i) {
+        CfgInfo& info = table.entries[i];
+        info.keyword = keys[i].keyword;
+        info.valueSize = keys[i].capacity;
+        for (std::size_t c = 0; keys[i].defaultText[c] != '\0'; ++c) {
+            info.defaultText[c] = keys[i].defaultText[c];
+        }
+        info.defaultNum = keys[i].defaultNum;
+        info.flags = keys[i].flags;
+        table.offsets[i] = keys[i].offset;
+    }
+    return table;
+}
+
+template <std::size_t A, std::size_t B>
+constexpr std::array<Key, A + B> join(const std::array<Key, A>& first,
+                                      const std::array<Key, B>& second) {
+    std::array<Key, A + B> all{};
+    for (std::size_t i = 0; i < A; ++i) all[i] = first[i];
+    for (std::size_t i = 0; i < B; ++i) all[A + i] = second[i];
+    return all;
+}
+
+// ---- Broker ---------------------------------------------------------------
+using UB = UBSERVICEINFO;
+constexpr auto kUBkeys = std::to_array<Key>({
+    INT(UB, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
+    INT(UB, "srvrLoggingLevel", srvrLoggingLevel, 2, 0),
+    TEXT(UB, "srvrLogEntryTypes", srvrLogEntryTypes, 256, "", 0),
+    INT(UB, "srvrLogAppend", srvrLogAppend, 2, 0),
+    INT(UB, "debuggerEnabled", debuggerEnabled, 0, 0),
+    TEXT(UB, "workDir", workDir, 255, "./", PROP_DEFAULT_DIR),
+    TEXT(UB, "srvrLogFile", srvrLogFile, 256, "", PROP_FILENAME),
+    TEXT(UB, "ZELPATH", ZELPATH, 4096, "", PROP_WHOLE_LINE),
+    TEXT(UB, "srvrStartupProc", srvrStartupProc, 256, "", PROP_FILENAME),
+    TEXT(UB, "srvrShutdownProc", srvrShutdownProc, 256, "", PROP_FILENAME),
+    TEXT(UB, "srvrConnectProc", srvrConnectProc, 256, "", PROP_FILENAME | PROP_DEFERRED),
+    TEXT(UB, "srvrDisconnProc", srvrDisconnProc, 256, "", PROP_FILENAME | PROP_DEFERRED),
+    TEXT(UB, "srvrActivateProc", srvrActivateProc, 256, "", PROP_FILENAME | PROP_DEFERRED),
+    TEXT(UB, "srvrDeactivateProc", srvrDeactivateProc, 256, "", PROP_FILENAME | PROP_DEFERRED),
+    TEXT(UB, "srvrStartupProcParam", srvrStartupProcParam, 1024, "", PROP_WHOLE_LINE),
+    TEXT(UB, "environment", environment, 64, "", 0),
+    TEXT(UB, "uuid", uuid, 64, "", 0),
+    TEXT(UB, "operatingMode", operatingMode, 64, "", 0),
+    TEXT(UB, "srvrExecFile", srvrExecFile, 1024, "_morvant", PROP_WHOLE_LINE),
+    TEXT(UB, "srvrStartupParam", srvrStartupParam, 1024,
+         "-p web/objects/web-disp.p -cpstream iso8859-1 -weblogerror ", PROP_WHOLE_LINE),
+    TEXT(UB, "srvrAppMode", srvrAppMode, 64, "", 0),
+    TEXT(UB, "srvrDebug", srvrDebug, 64, "Enabled", 0),
+    TEXT(UB, "applicationURL", applicationURL, 256, "", 0),
+    TEXT(UB, "userName", userName, 50, "", 0),
+    TEXT(UB, "groupName", groupName, 50, "", PROP_GROUPNAME),
+    TEXT(UB, "defaultCookiePath", defaultCookiePath, 255, "", 0),
+    TEXT(UB, "defaultCookieDomain", defaultCookieDomain, 255, "", 0),
+    TEXT(UB, "stateTransport", stateTransport, 255, "Cookies", 0),
+    TEXT(UB, "stateSavingMethod", stateSavingMethod, 255, "Browser", 0),
+    TEXT(UB, "stateSavingDirectory", stateSavingDirectory, 255, "", 0),
+    INT(UB, "portNumber", portNumber, 3000, 0),
+    INT(UB, "srvrMinPort", srvrMinPort, 3202, 0),
+    INT(UB, "srvrMaxPort", srvrMaxPort, 3502, 0),
+    INT(UB, "srvrNumLogFiles", srvrNumLogFiles, 3, 0),
+    INT(UB, "srvrStartupTimeout", srvrStartupTimeout, 2, 0),
+    TEXT(UB, "cvRoot", cvRoot, 255, "", 0),
+    TEXT(UB, "fileUploadDirectory", fileUploadDirectory, 255, "", 0),
+    INT(UB, "collectStatsData", collectStatsData, 2, 0),
+    INT(UB, "flushStatsData", flushStatsData, 255, 0),
+    TEXT(UB, "keyAlias", keyAlias, 256, "", 0),
+    TEXT(UB, "keyAliasPasswd", keyAliasPasswd, 256, "", 0),
+    TEXT(UB, "keyStorePath", keyStorePath, 256, "", 0),
+    TEXT(UB, "keyStorePasswd", keyStorePasswd, 256, "", 0),
+    TEXT(UB, "sslAlgorithms", sslAlgorithms, 256, "", 0),
+    INT(UB, "sslEnable", sslEnable, 0, 0),
+    INT(UB, "noSessionCache", noSessionCache, 0, 0),
+    INT(UB, "sessionTimeout", sessionTimeout, 300, 0),
+    INT(UB, "binaryUploadMaxSize", binaryUploadMaxSize, 0, 0),
+    TEXT(UB, "hostName", hostName, 50, "", PROP_HOSTNAME),
+    TEXT(UB, "appServerKeepaliveCapabilities", appServerKeepaliveCapabilities, 256, "", 0),
+    INT(UB, "serverASKActivityTimeout", serverASKActivityTimeout, 0, 0),
+    INT(UB, "serverASKResponseTimeout", serverASKResponseTimeout, 0, 0),
+    INT(UB, "srvrExecutionTimeLimit", srvrExecutionTimeLimit, 0, 0),
+    INT(UB, "brenixEnabled", brenixEnabled, 0, 0),
+    TEXT(UB, "brenixGroup", brenixGroup, 256, "", 0),
+});
+static_assert(kUBkeys.size() == 55 && rows_fit(kUBkeys));
+
+// ---- Name server and messengers -------------------------------------------
+using NS = NSserviceInfo;
+constexpr auto kNSkeys = std::to_array<Key>({
+    INT(NS, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
+    INT(NS, "portNumber", portNumber, 0, 0),
+    INT(NS, "brokerKeepAliveTimeout", brokerKeepAliveTimeout, 0, 0),
+    INT(NS, "loggingLevel", loggingLevel, 0, 0),
+    INT(NS, "logAppend", logAppend, 0, 0),
+    INT(NS, "autoStart", autoStart, 0, 0),
+    TEXT(NS, "hostName", hostName, 50, "", PROP_HOSTNAME),
+    TEXT(NS, "workDir", workDir, 255, "./", PROP_DEFAULT_DIR),
+    TEXT(NS, "classMain", classMain, 255, "", PROP_WHOLE_LINE),
+    TEXT(NS, "location", location, 256, "", 0),
+    TEXT(NS, "srvrLogFile", srvrLogFile, 255, "", 0),
+    TEXT(NS, "environment", environment, 64, "", 0),
+    INT(NS, "neighborNameServers", neighborNameServers, 0, 0),
+    INT(NS, "numLogFiles", numLogFiles, 3, 0),
+});
+static_assert(kNSkeys.size() == 14 && rows_fit(kNSkeys));
+
+using MS = MsngrServiceInfo;
+constexpr auto kMsngrKeys = std::to_array<Key>({
+    INT(MS, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
+    TEXT(MS, "RootPath", RootPath, 255, "", 0),
+    TEXT(MS, "ScriptPath", ScriptPath, 255, "", 0),
+    TEXT(MS, "AllowMsngrCmds", AllowMsngrCmds, 2, "", 0),
+    TEXT(MS, "controllingNameServer", controllingNameServer, 256, "", 0),
+    TEXT(MS, "workDir", workDir, 255, "./", PROP_DEFAULT_DIR),
+    TEXT(MS, "msngrExecFile", msngrExecFile, 255, "", 0),
+    TEXT(MS, "msngrScriptFile", msngrScriptFile, 255, "", 0),
+    TEXT(MS, "Components", Components, 256, "", 0),
+    TEXT(MS, "useConnID", useConnID, 2, "", 0),
+    INT(MS, "minNSClientPort", minNSClientPort, 0, 0),
+    INT(MS, "maxNSClientPort", maxNSClientPort, 0, 0),
+    INT(MS, "nsClientPortRetryInterval", nsClientPortRetryInterval, 0, 0),
+    INT(MS, "nsClientPortRetry", nsClientPortRetry, 0, 0),
+    TEXT(MS, "Host", Host, 256, "", 0),
+    INT(MS, "Port", Port, 0, 0),
+    INT(MS, "registerNameServer", registerNameServer, 0, 0),
+    TEXT(MS, "logFile", logFile, 256, "", 0),
+    INT(MS, "logAppend", logAppend, 0, 0),
+    INT(MS, "logThreshold", logThreshold, 0, 0),
+    INT(MS, "loggingLevel", loggingLevel, 0, 0),
+    TEXT(MS, "logEntryTypes", logEntryTypes, 256, "", 0),
+    INT(MS, "numLogFiles", numLogFiles, 3, 0),
+    INT(MS, "sslEnable", sslEnable, 0, 0),
+    INT(MS, "noSessionReuse", noSessionReuse, 0, 0),
+    INT(MS, "noHostVerify", noHostVerify, 0, 0),
+    TEXT(MS, "certStorePath", certStorePath, 256, "", 0),
+    TEXT(MS, "ipver", ipver, 256, "IPv4", 0),
+});
+static_assert(kMsngrKeys.size() == 28 && rows_fit(kMsngrKeys));
+
+// ---- Connection manager ---------------------------------------------------
+using CN = CNFGserviceInfo;
+constexpr auto kCNFGkeys = std::to_array<Key>({
+    INT(CN, "afterimagebuffers", afterimagebuffers, 1, 0),
+    TEXT(CN, "afterimagestall", afterimagestall, 8, "false", 0),
+    TEXT(CN, "beforeimagebufferedwrites", beforeimagebufferedwrites, 8, "false", 0),
+    INT(CN, "beforeimagebuffers", beforeimagebuffers, 5, 0),
+    INT(CN, "beforeimageclusterage", beforeimageclusterage, 60, 0),
+    INT(CN, "beforeimagedelaywrites", beforeimagedelaywrites, 3, 0),
+    TEXT(CN, "beforeimagestall", beforeimagestall, 8, "false", 0),
+    INT(CN, "bithold", bithold, 3, 0),
+    INT(CN, "blocksindatabasebuffers", blocksindatabasebuffers, 0, 0),
+    TEXT(CN, "casetablename", casetablename, 64, "basic", 0),
+    TEXT(CN, "collationtable", collationtable, 64, "basic", 0),
+    TEXT(CN, "conversionmap", conversionmap, 64, "convmap.cp", PROP_WHOLE_LINE),
+    TEXT(CN, "crashprotection", crashprotection, 8, "true", 0),
+    TEXT(CN, "databasecodepage", databasecodepage, 64, "BASIC", 0),
+    TEXT(CN, "directio", directio, 8, "false", 0),
+    INT(CN, "hashtableentries", hashtableentries, 0, 0),
+    TEXT(CN, "internalcodepage", internalcodepage, 64, "iso8859-1", 0),
+    INT(CN, "locktableentries", locktableentries, 8192, 0),
+    TEXT(CN, "logcharacterset", logcharacterset, 64, "iso8859-1", 0),
+    INT(CN, "maxservers", maxservers, 4, 0),
+    INT(CN, "maxusers", maxusers, 20, 0),
+    INT(CN, "nap", nap, 1, 0),
+    INT(CN, "napmax", napmax, 1, 0),
+    INT(CN, "pagewritermaxbuffers", pagewritermaxbuffers, 25, 0),
+    INT(CN, "pagewriterqueuedelay", pagewriterqueuedelay, 100, 0),
+    INT(CN, "pagewriterqueuemin", pagewriterqueuemin, 1, 0),
+    INT(CN, "pagewriterscan", pagewriterscan, 1, 0),
+    INT(CN, "pagewriterscandelay", pagewriterscandelay, 1, 0),
+    INT(CN, "semaphoresets", semaphoresets, 1, 0),
+    INT(CN, "sharedmemoryoverflowsize", sharedmemoryoverflowsize, 0, 0),
+    INT(CN, "spinlockretries", spinlockretries, 0, 0),
+    INT(CN, "sqlyearoffset", sqlyearoffset, 0, 0),
+    INT(CN, "storageobjectsize", storageobjectsize, 1024, 0),
+    TEXT(CN, "database", database, 1024, "", 0),
+    TEXT(CN, "displayname", displayname, 64, "", 0),
+    TEXT(CN, "servergroups", servergroups, 2048, "", PROP_WHOLE_LINE),
+    INT(CN, "maxprivbuffersperuser", maxprivbuffersperuser, 0, 0),
+    TEXT(CN, "archivaldir", archivaldir, 1024, "", 0),
+    TEXT(CN, "archivaldircreate", archivaldircreate, 8, "false", 0),
+    INT(CN, "archivalinterval", archivalinterval, 0, 0),
+    INT(CN, "maximumareas", maximumareas, 0, 0),
+    TEXT(CN, "sharedmemorysegmentsize", sharedmemorysegmentsize, 64, "", 0),
+    TEXT(CN, "sharedmemorypin", sharedmemorypin, 8, "false", 0),
+    INT(CN, "storageobjectcachesize", storageobjectcachesize, 0, 0),
+    INT(CN, "locktablehasttablesize", locktablehasttablesize, 0, 0),
+    TEXT(CN, "usemuxlatches", usemuxlatches, 8, "false", 0),
+    INT(CN, "txecommitlockskiplimit", txecommitlockskiplimit, 0, 0),
+    INT(CN, "napinc", napinc, 0, 0),
+    INT(CN, "napsteps", napsteps, 0, 0),
+    INT(CN, "dbservicecommareasize", dbservicecommareasize, 0, 0),
+    INT(CN, "pendconnecttimeout", pendconnecttimeout, 0, 0),
+    TEXT(CN, "eventlevel", eventlevel, 64, "", 0),
+    INT(CN, "baseindex", baseindex, 0, 0),
+    INT(CN, "indexrangesize", indexrangesize, 0, 0),
+    INT(CN, "basetable", basetable, 0, 0),
+    INT(CN, "tablerangesize", tablerangesize, 0, 0),
+    TEXT(CN, "classpath", classpath, 2048, "", 0),
+    INT(CN, "sqlcursors", sqlcursors, 0, 0),
+    INT(CN, "sqlstack", sqlstack, 0, 0),
+    INT(CN, "sqlstmtcache", sqlstmtcache, 0, 0),
+    INT(CN, "sqltempbuff", sqltempbuff, 0, 0),
+    INT(CN, "sqltempdisk", sqltempdisk, 0, 0),
+    INT(CN, "sqltemppgsize", sqltemppgsize, 0, 0),
+    INT(CN, "maxjtatransaction", maxjtatransaction, 0, 0),
+    TEXT(CN, "sslenable", sslenable, 8, "false", 0),
+    TEXT(CN, "sslkeyalias", sslkeyalias, 256, "", 0),
+    TEXT(CN, "sslkeyaliaspassword", sslkeyaliaspassword, 256, "", 0),
+    TEXT(CN, "ssldisablesessioncache", ssldisablesessioncache, 8, "false", 0),
+    INT(CN, "groupdelay", groupdelay, 0, 0),
+    INT(CN, "heapsize", heapsize, 0, 0),
+    INT(CN, "usercount", usercount, 0, 0),
+    TEXT(CN, "vlmopt", vlmopt, 8, "false", 0),
+    INT(CN, "alternatebufferpool", alternatebufferpool, 0, 0),
+});
+static_assert(kCNFGkeys.size() == 73 && rows_fit(kCNFGkeys));
+
+using DB = DBserviceInfo;
+constexpr auto kDBkeys = std::to_array<Key>({
+    TEXT(DB, "autostart", autostart, 8, "false", 0),
+    TEXT(DB, "configurations", configurations, 2048, "", 0),
+    TEXT(DB, "databasename", databasename, 1024, "", PROP_WHOLE_LINE),
+    TEXT(DB, "defaultconfiguration", defaultconfiguration, 1024, "", 0),
+    TEXT(DB, "displayname", displayname, 64, "", 0),
+});
+static_assert(kDBkeys.size() == 5 && rows_fit(kDBkeys));
+
+using SG = SRVRGRPserviceInfo;
+constexpr auto kSrvrGrpKeys = std::to_array<Key>({
+    TEXT(SG, "configuration", configuration, 1024, "", 0),
+    TEXT(SG, "displayname", displayname, 64, "", 0),
+    TEXT(SG, "host", host, 64, "localhost", 0),
+    INT(SG, "initialservers", initialservers, 0, 0),
+    INT(SG, "maxclientsperserver", maxclientsperserver, 0, 0),
+    INT(SG, "maxdynamicport", maxdynamicport, 0, 0),
+    INT(SG, "messagebuffersize", messagebuffersize, 1024, 0),
+    INT(SG, "minclientsperserver", minclientsperserver, 1, 0),
+    INT(SG, "mindynamicport", mindynamicport, 0, 0),
+    TEXT(SG, "multithreaded", multithreaded, 8, "false", 0),
+    TEXT(SG, "networkclientsupport", networkclientsupport, 8, "true", 0),
+    INT(SG, "numberofservers", numberofservers, 0, 0),
+    TEXT(SG, "port", port, 64, "", 0),
+    TEXT(SG, "zelsqltrc", zelsqltrc, 64, "nnnnnnnnnnn", 0),
+    INT(SG, "reportinginterval", reportinginterval, 1, 0),
+    TEXT(SG, "serverexe", serverexe, 1024, "", 0),
+    TEXT(SG, "type", type, 64, "4gl", 0),
+    TEXT(SG, "ipver", ipver, 64, "ipv4", 0),
+});
+static_assert(kSrvrGrpKeys.size() == 18 && rows_fit(kSrvrGrpKeys));
+
+// ---- Replication: a version 2 table is its version 1 table plus new keys,
+// and a version 2 record begins with the version 1 record at offset 0.
+using RS = ReplServerPropsV2;
+constexpr auto kReplServerKeys = std::to_array<Key>({
+    TEXT(ReplServerProps, "control-agents", control_agents, 1024, "", PROP_WHOLE_LINE),
+    TEXT(ReplServerProps, "database", database, 256, "", PROP_WHOLE_LINE),
+    INT(ReplServerProps, "listener-minport", listener_minport, -1, 0),
+    INT(ReplServerProps, "listener-maxport", listener_maxport, -1, 0),
+    TEXT(ReplServerProps, "transition", transition, 12, "manual", 0),
+    INT(ReplServerProps, "transition-timeout", transition_timeout, 1200, 0),
+    TEXT(ReplServerProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
+    TEXT(ReplServerProps, "flags", flags, 32, "", 0),
+});
+constexpr auto kReplServerV2Keys = join(kReplServerKeys, std::to_array<Key>({
+    INT(RS, "minimum-polling-delay", minimum_polling_delay, 0, 0),
+    INT(RS, "maximum-polling-delay", maximum_polling_delay, 0, 0),
+    TEXT(RS, "status-monitor", status_monitor, 12, "", 0),
+    INT(RS, "maximum-latency", maximum_latency, 0, 0),
+    TEXT(RS, "arguments", arguments, 256, "", PROP_WHOLE_LINE),
+    INT(RS, "tcp-inactivity-timeout", tcp_inactivity_timeout, -1, 0),
+    TEXT(RS, "tcp-inactivity-action", tcp_inactivity_action, 12, "", 0),
+    TEXT(RS, "agent-shutdown-action", agent_shutdown_action, 12, "", 0),
+    INT(RS, "defer-agent-startup", defer_agent_startup, 0, 0),
+    INT(RS, "repl-keep-alive", repl_keep_alive, -1, 0),
+    TEXT(RS, "schema-lock-action", schema_lock_action, 12, "wait", 0),
+}));
+static_assert(offsetof(RS, v1) == 0);
+static_assert(kReplServerKeys.size() == 8 && kReplServerV2Keys.size() == 19);
+static_assert(rows_fit(kReplServerV2Keys));
+
+using RC = ReplControlAgentPropsV2;
+constexpr auto kReplControlAgentKeys = std::to_array<Key>({
+    TEXT(ReplControlAgentProps, "host", host, 50, "", PROP_HOSTNAME),
+    TEXT(ReplControlAgentProps, "database", database, 256, "", PROP_WHOLE_LINE),
+    TEXT(ReplControlAgentProps, "port", port, 128, "", 0),
+    INT(ReplControlAgentProps, "agentPort", agentPort, 0, 0),
+    INT(ReplControlAgentProps, "critical", critical, 1, 0),
+    TEXT(ReplControlAgentProps, "replication-method", replication_method, 20, "async", 0),
+    INT(ReplControlAgentProps, "connect-timeout", connect_timeout, 120, 0),
+    INT(ReplControlAgentProps, "maximum-message", maximum_message, 129, 0),
+    TEXT(ReplControlAgentProps, "flags", flags, 32, "", 0),
+});
+constexpr auto kReplControlAgentV2Keys = join(kReplControlAgentKeys, std::to_array<Key>({
+    TEXT(RC, "arguments", arguments, 256, "", PROP_WHOLE_LINE),
+    TEXT(RC, "ipver", ipver, 16, "ipv4", 0),
+}));
+static_assert(offsetof(RC, v1) == 0);
+static_assert(kReplControlAgentKeys.size() == 9 && kReplControlAgentV2Keys.size() == 11);
+static_assert(rows_fit(kReplControlAgentV2Keys));
+
+using RA = ReplAgentPropsV2;
+constexpr auto kReplAgentKeys = std::to_array<Key>({
+    TEXT(ReplAgentProps, "name", name, 16, "", 0),
+    TEXT(ReplAgentProps, "database", database, 256, "", PROP_WHOLE_LINE),
+    INT(ReplAgentProps, "listener-minport", listener_minport, -1, 0),
+    INT(ReplAgentProps, "listener-maxport", listener_maxport, -1, 0),
+    TEXT(ReplAgentProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
+    TEXT(ReplAgentProps, "flags", flags, 32, "", 0),
+});
+constexpr auto kReplAgentV2Keys = join(kReplAgentKeys, std::to_array<Key>({
+    INT(RA, "minimum-polling-delay", minimum_polling_delay, 0, 0),
+    INT(RA, "maximum-polling-delay", maximum_polling_delay, 0, 0),
+    TEXT(RA, "status-monitor", status_monitor, 12, "", 0),
+    TEXT(RA, "arguments", arguments, 256, "", PROP_WHOLE_LINE),
+    INT(RA, "tcp-inactivity-timeout", tcp_inactivity_timeout, -1, 0),
+    TEXT(RA, "tcp-inactivity-action", tcp_inactivity_action, 12, "", 0),
+    INT(RA, "connect-timeout", connect_timeout, 0, 0),
+    TEXT(RA, "host", host, 50, "", PROP_HOSTNAME),
+    TEXT(RA, "ipver", ipver, 16, "ipv4", 0),
+}));
+static_assert(offsetof(RA, v1) == 0);
+static_assert(kReplAgentKeys.size() == 6 && kReplAgentV2Keys.size() == 15);
+static_assert(rows_fit(kReplAgentV2Keys));
+
+using RT = ReplTransitionProps;
+constexpr auto kReplTransitionKeys = std::to_array<Key>({
+    TEXT(RT, "responsibility", responsibility, 14, "", 0),
+    TEXT(RT, "source-startup-arguments", source_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "target-startup-arguments", target_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "normal-startup-arguments", normal_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "source-ai-area-path", source_ai_area_path, 254, "", PROP_WHOLE_LINE),
+    INT(RT, "restart-after-transition", restart_after_transition, -1, 0),
+    INT(RT, "auto-begin-ai", auto_begin_ai, -1, 0),
+    INT(RT, "auto-end-ai", auto_end_ai, -1, 0),
+    INT(RT, "auto-apply-ai-areas", auto_apply_ai_areas, -1, 0),
+    TEXT(RT, "ai-structure-file", ai_structure_file, 254, "", PROP_WHOLE_LINE),
+    INT(RT, "auto-add-ai-areas", auto_add_ai_areas, -1, 0),
+    TEXT(RT, "transition-to-agents", transition_to_agents, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "database-role", database_role, 14, "normal", 0),
+    TEXT(RT, "backup-method", backup_method, 14, "mark", 0),
+    TEXT(RT, "backup-arguments", backup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "incremental-backup-arguments", incremental_backup_arguments, 254, "",
+         PROP_WHOLE_LINE),
+    TEXT(RT, "recovery-backup-arguments", recovery_backup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "flags", flags, 32, "", 0),
+    TEXT(RT, "source-secondary-broker-startup-arguments",
+         source_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "target-secondary-broker-startup-arguments",
+         target_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "normal-secondary-broker-startup-arguments",
+         normal_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    INT(RT, "start-secondary-broker", start_secondary_broker, -1, 0),
+});
+static_assert(kReplTransitionKeys.size() == 22 && rows_fit(kReplTransitionKeys));
+
+// ---- Process manager and SQL ----------------------------------------------
+using PM = PMMGRProps;
+constexpr auto kPMMGRkeys = std::to_array<Key>({
+    TEXT(PM, "install-dir", install_dir, 1024, "", PROP_WHOLE_LINE),
+    TEXT(PM, "arguments", arguments, 1024, "", PROP_WHOLE_LINE),
+    TEXT(PM, "install-date", install_date, 80, "", 0),
+    TEXT(PM, "version", version, 20, "", 0),
+    TEXT(PM, "executable", executable, 80, "", PROP_WHOLE_LINE),
+    TEXT(PM, "flags", flags, 32, "", 0),
+    TEXT(PM, "rocket-dll", rocket_dll, 128, "", PROP_WHOLE_LINE),
+    TEXT(PM, "vst-worker", vst_worker, 128, "", PROP_WHOLE_LINE),
+    INT(PM, "minport", minport, 0, 0),
+    INT(PM, "maxport", maxport, 0, 0),
+});
+static_assert(kPMMGRkeys.size() == 10 && rows_fit(kPMMGRkeys));
+
+constexpr auto kSQLConfigListKeys = std::to_array<Key>({
+    TEXT(SQLConfigurationList, "configuration-names-list", configuration_names_list, 1024, "",
+         PROP_WHOLE_LINE),
+});
+constexpr auto kSQLConfigKeys = std::to_array<Key>({
+    TEXT(SQLConfigurationProperties, "database-id-list", database_id_list, 1024, "",
+         PROP_WHOLE_LINE),
+});
+constexpr auto kSQLDatabaseKeys = std::to_array<Key>({
+    TEXT(SQLDbProperties, "name", name, 32, "", 0),
+    TEXT(SQLDbProperties, "catalog", catalog, 32, "", 0),
+    TEXT(SQLDbProperties, "location", location, 300, "", PROP_WHOLE_LINE),
+});
+static_assert(rows_fit(kSQLConfigListKeys) && rows_fit(kSQLConfigKeys) &&
+              rows_fit(kSQLDatabaseKeys));
+
+#undef TEXT
+#undef INT
+#undef QV_FIELD
+
+constexpr auto kUB = build(kUBkeys);
+constexpr auto kNS = build(kNSkeys);
+constexpr auto kMsngr = build(kMsngrKeys);
+constexpr auto kCNFG = build(kCNFGkeys);
+constexpr auto kDB = build(kDBkeys);
+constexpr auto kSrvrGrp = build(kSrvrGrpKeys);
+constexpr auto kReplServer = build(kReplServerKeys);
+constexpr auto kReplServerV2 = build(kReplServerV2Keys);
+constexpr auto kReplControlAgent = build(kReplControlAgentKeys);
+constexpr auto kReplControlAgentV2 = build(kReplControlAgentV2Keys);
+constexpr auto kReplAgent = build(kReplAgentKeys);
+constexpr auto kReplAgentV2 = build(kReplAgentV2Keys);
+constexpr auto kReplTransition = build(kReplTransitionKeys);
+constexpr auto kPMMGR = build(kPMMGRkeys);
+constexpr auto kSQLConfigList = build(kSQLConfigListKeys);
+constexpr auto kSQLConfig = build(kSQLConfigKeys);
+constexpr auto kSQLDatabase = build(kSQLDatabaseKeys);
+
+}  // namespace
+
+#define QV_TABLE(name, built, Record) \
+    const DescriptorTable name{built.entries, built.offsets, sizeof(Record)}
+
+QV_TABLE(UBcfg_info, kUB, UBSERVICEINFO);
+QV_TABLE(NScfg_info, kNS, NSserviceInfo);
+QV_TABLE(MsngrCfg_info, kMsngr, MsngrServiceInfo);
+QV_TABLE(CNFGcfg_info, kCNFG, CNFGserviceInfo);
+QV_TABLE(DBcfg_info, kDB, DBserviceInfo);
+QV_TABLE(SRVRGRPcfg_info, kSrvrGrp, SRVRGRPserviceInfo);
+QV_TABLE(replServer_info, kReplServer, ReplServerProps);
+QV_TABLE(replServerV2_info, kReplServerV2, ReplServerPropsV2);
+QV_TABLE(replControlAgent_info, kReplControlAgent, ReplControlAgentProps);
+QV_TABLE(replControlAgentV2_info, kReplControlAgentV2, ReplControlAgentPropsV2);
+QV_TABLE(replAgent_info, kReplAgent, ReplAgentProps);
+QV_TABLE(replAgentV2_info, kReplAgentV2, ReplAgentPropsV2);
+QV_TABLE(replTransition_info, kReplTransition, ReplTransitionProps);
+QV_TABLE(pmmgr_info, kPMMGR, PMMGRProps);
+QV_TABLE(SQLConfigList_info, kSQLConfigList, SQLConfigurationList);
+QV_TABLE(SQLConfig_info, kSQLConfig, SQLConfigurationProperties);
+QV_TABLE(SQLDatabase_info, kSQLDatabase, SQLDbProperties);
+
+#undef QV_TABLE
+
+}  // namespace qorvel::services
