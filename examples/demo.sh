@@ -1,15 +1,32 @@
 #!/usr/bin/env bash
-# A first look at qorvel: a debug-logged option scan with expanded values.
+# qorvel starting a real JVM: the example class is compiled into a temporary
+# directory and launched with a class path, JVM options, an environment line
+# read by -e and a redirected output file; then it shows what the JVM received.
 set -u
 qorvel=${QORVEL_BIN:?}
+here=$(cd "$(dirname "$0")" && pwd)
+
+if ! command -v java >/dev/null || ! command -v javac >/dev/null; then
+  echo "demo: a JDK is needed (java and javac). Run scripts/install-deps, or install" >&2
+  echo "      a headless JDK yourself, for example: apt-get install default-jdk-headless" >&2
+  exit 1
+fi
+
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export APP_HOME=$work
+javac -d "$work/classes" "$here/ShowLaunch.java" || exit 1
 
-echo "\$ qorvel -g -l \$APP_HOME/qorvel.log -c '\$APP_HOME/lib' -w '\$APP_HOME' -u demo:staff:secret -1 '\$APP_HOME/out.log::append' java Main"
-"$qorvel" -g -l "$work/qorvel.log" -c '$APP_HOME/lib' -w '$APP_HOME' -u demo:staff:secret \
-  -1 '$APP_HOME/out.log::append' java Main
+# The JVM is found through the PATH prefix qorvel builds from JREHOME.
+JREHOME=$(dirname "$(dirname "$(readlink -f "$(command -v java)")")")
+export JREHOME VTX=$work/app APP_HOME=$work
+
+echo "\$ echo 'DEMO_USER=\${LOGNAME}-via-e' | qorvel -c '\$APP_HOME/classes' -w '\$APP_HOME' -e 1 -1 out.log \\"
+echo "      java -Dqorvel.greeting=hello -Xmx64m ShowLaunch first '\$APP_HOME'"
+export LOGNAME=${LOGNAME:-$(id -un)}
+echo 'DEMO_USER=${LOGNAME}-via-e' |
+  "$qorvel" -c '$APP_HOME/classes' -w '$APP_HOME' -e 1 -1 out.log \
+    java -Dqorvel.greeting=hello -Xmx64m ShowLaunch first '$APP_HOME' 2>&1
 echo "exit status: $?"
 echo
-echo "--- debug log ---"
-cat "$work/qorvel.log"
+echo "--- out.log, written by the JVM ---"
+cat "$work/out.log"

@@ -17,12 +17,9 @@ struct ScanCase {
 
 TEST(ScanLong, AcceptsOneNumberBetweenBlanks) {
     const ScanCase cases[] = {
-        {"plain", "1001", 1, 1001},
-        {"blanks_around", "  42  ", 1, 42},
-        {"negative", "-5", 1, -5},
-        {"trailing_letters", "10x1", 0, 0},
-        {"second_word", "12 a", 0, 0},
-        {"empty", "", 0, 0},
+        {"plain", "1001", 1, 1001},    {"blanks_around", "  42  ", 1, 42},
+        {"negative", "-5", 1, -5},     {"trailing_letters", "10x1", 0, 0},
+        {"second_word", "12 a", 0, 0}, {"empty", "", 0, 0},
         {"no_digits", "abc", 0, 0},
     };
     for (const ScanCase& c : cases) {
@@ -44,12 +41,9 @@ TEST(NameToId, NumbersAndNames) {
     settings = LaunchSettings{};
     bounded_copy(settings.outputDesc, "none");
     const IdCase users[] = {
-        {"number", "#1001", 1001},
-        {"number_with_junk", "#10x1", 0},
-        {"negative_number", "#-1", 0},
-        {"beyond_ids", "#4294967295", 0},
-        {"root_by_name", "root", 0},
-        {"unknown_name", "no-such-user-qv", 0},
+        {"number", "#1001", 1001},     {"number_with_junk", "#10x1", 0},
+        {"negative_number", "#-1", 0}, {"beyond_ids", "#4294967295", 0},
+        {"root_by_name", "root", 0},   {"unknown_name", "no-such-user-qv", 0},
     };
     for (const IdCase& c : users) EXPECT_EQ(uname2id(c.text), c.expected) << c.name;
     const IdCase groups[] = {

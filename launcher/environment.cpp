@@ -33,8 +33,9 @@ int prefix_path() {
 
     const char* jre = std::getenv("JREHOME");
     if (jre == nullptr) {
-        report("Unabled to get JREHOME environment variable. This is required for proper "
-               "operation\n");
+        report(
+            "Unabled to get JREHOME environment variable. This is required for proper "
+            "operation\n");
         return kNoJreHome;
     }
     if (!bounded_format(env_jre, sizeof env_jre, "%s%c%s", jre, '/', "bin")) {
@@ -42,8 +43,9 @@ int prefix_path() {
     }
     const char* vtx = std::getenv("VTX");
     if (vtx == nullptr) {
-        report("Unabled to get VTX environment variable. This is required for proper "
-               "operation\n");
+        report(
+            "Unabled to get VTX environment variable. This is required for proper "
+            "operation\n");
         return kNoVtx;
     }
     if (!bounded_format(env_vtx, sizeof env_vtx, "%s%c%s%c%s%c%s", vtx, '/', "bin", ':', vtx, '/',

@@ -53,7 +53,7 @@ std::size_t cut_pieces(char* text) {
 // The vector under construction: every element is owned, so one release fits
 // every failure path.
 class Builder {
-public:
+  public:
     ~Builder() { destroy_argv(slots_); }
     bool allocate(std::size_t capacity) {
         slots_ = static_cast<char**>(std::calloc(capacity, sizeof(char*)));
@@ -69,7 +69,7 @@ public:
     }
     char** release() { return std::exchange(slots_, nullptr); }
 
-private:
+  private:
     char** slots_ = nullptr;
     std::size_t used_ = 0;
 };

@@ -78,8 +78,7 @@ TEST(CreateArgv, ElementsComeInFixedOrder) {
                     "/etc/java.policy");
     EXPECT_EQ(b.rc, 0);
     EXPECT_EQ(b.argv, (Words{"/opt/app/bin/java", "-classpath", "/lib/a.jar", "-Xmx1m",
-                             "-Djava.security.policy=/etc/java.policy", "Main",
-                             "/opt/app/conf"}));
+                             "-Djava.security.policy=/etc/java.policy", "Main", "/opt/app/conf"}));
     EXPECT_STREQ(settings.policyfile.get(), "-Djava.security.policy=/etc/java.policy");
 }
 

@@ -36,11 +36,11 @@ DebugFile open_debug_file() {
 
 // The stored hash, wiped before its memory is given back.
 class StoredHash {
-public:
+  public:
     ~StoredHash() { explicit_bzero(text_.data(), text_.size()); }
     std::string& text() { return text_; }
 
-private:
+  private:
     std::string text_;
 };
 

@@ -19,7 +19,8 @@ int start_daemon_if_asked() {
     if (settings.user[0] == '\0' && !(settings.fOption & DAEMON_START)) return 0;
     int suspend = static_cast<int>(settings.fOption & SUSPEND_AFTER_START);
     int rc = child_start(settings.user, settings.group, settings.password, suspend);
-    if (rc != 0 && verbose()) outMessage(rc, "Error attempting to start as a daemon, errno %d\n", rc);
+    if (rc != 0 && verbose())
+        outMessage(rc, "Error attempting to start as a daemon, errno %d\n", rc);
     return rc;
 }
 
