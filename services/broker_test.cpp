@@ -76,9 +76,9 @@ TEST(ReadUBproperties, DefaultsOnlyNameReadsTwoSections) {
     auto r = record();
     EXPECT_EQ(ReadUBproperties(file.path(), "CV", UB_DEFAULTS_ONLY, r.get(), nullptr), 0);
     EXPECT_STREQ(r->srvrLogFile, "cv.log");
-    EXPECT_EQ(ReadUBproperties(file.path(), "CV", "get_just_default_ubproperties", r.get(),
-                               nullptr),
-              10004)
+    EXPECT_EQ(
+        ReadUBproperties(file.path(), "CV", "get_just_default_ubproperties", r.get(), nullptr),
+        10004)
         << "another case is an ordinary service name";
 }
 
@@ -104,8 +104,8 @@ TEST(ReadUBproperties, ReportsEachFailureInTheErrorDetail) {
          "Specified Service Name does not exist"},
         {"unreadable_file", nullptr, "svc1", ENOENT, 10015, ENOENT, "opencfg of /",
          std::strerror(ENOENT)},
-        {"overlong_section_name", kChain, longName.c_str(), ENAMETOOLONG, 10015,
-         ENAMETOOLONG, "ReadUBproperties section name", std::strerror(ENAMETOOLONG)},
+        {"overlong_section_name", kChain, longName.c_str(), ENAMETOOLONG, 10015, ENAMETOOLONG,
+         "ReadUBproperties section name", std::strerror(ENAMETOOLONG)},
     };
     TempInstall install("");  // a relative miss resolves under it and fails to open
     for (const FailureCase& c : cases) {

@@ -53,15 +53,30 @@ struct Case {
 TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKey) {
     const Case cases[] = {
         {"unchanged_calls_nothing", kBase, true, {}, 0, 0},
-        {"deferred_key_with_counter", "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n",
-         true, {"deferred:srvrConnectProc"}, 1, 0},
+        {"deferred_key_with_counter",
+         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n",
+         true,
+         {"deferred:srvrConnectProc"},
+         1,
+         0},
         {"deferred_key_without_counter",
-         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n", false,
-         {"update_srvrConnectProc:srvrConnectProc"}, 0, 0},
-        {"type_specific_handler_and_its_result", "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nportNumber=42\n",
-         true, {"update_CV_portNumber:portNumber"}, 0, 42},
-        {"change_without_handler_is_skipped", "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nuuid=u\n",
-         true, {}, 0, 0},
+         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n",
+         false,
+         {"update_srvrConnectProc:srvrConnectProc"},
+         0,
+         0},
+        {"type_specific_handler_and_its_result",
+         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nportNumber=42\n",
+         true,
+         {"update_CV_portNumber:portNumber"},
+         0,
+         42},
+        {"change_without_handler_is_skipped",
+         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nuuid=u\n",
+         true,
+         {},
+         0,
+         0},
     };
     TempFile baseFile(kBase);
     auto current = std::make_unique<UBSERVICEINFO>();
@@ -72,10 +87,10 @@ TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKey) {
         int64_t deferredCount = 0;
         int64_t result = -7;
         auto before = *current;
-        EXPECT_EQ(UpdateUBproperties(file.path(), "CV", "s", current.get(), nullptr,
-                                     c.countDeferred ? &deferredCount : nullptr, kHandlers,
-                                     &result),
-                  0)
+        EXPECT_EQ(
+            UpdateUBproperties(file.path(), "CV", "s", current.get(), nullptr,
+                               c.countDeferred ? &deferredCount : nullptr, kHandlers, &result),
+            0)
             << c.name;
         EXPECT_EQ(calls, c.expectedCalls) << c.name;
         EXPECT_EQ(deferredCount, c.expectedDeferred) << c.name;
@@ -90,9 +105,9 @@ TEST(UpdateUBproperties, FailedReadIsReportedAsSystemError) {
     UBSERVICEINFO current{};
     ErrDetail detail{};
     int64_t result = 0;
-    EXPECT_EQ(UpdateUBproperties(file.path(), "CV", "s", &current, &detail, nullptr, kHandlers,
-                                 &result),
-              10004);
+    EXPECT_EQ(
+        UpdateUBproperties(file.path(), "CV", "s", &current, &detail, nullptr, kHandlers, &result),
+        10004);
     EXPECT_EQ(detail.code, 10015);
     EXPECT_EQ(detail.sysError, 10004);
     EXPECT_STREQ(detail.where, "UpdateUBproperties read property file");

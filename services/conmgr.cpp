@@ -68,8 +68,7 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
 }
 
 extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
-                               CFGHANDLE* handle, const char* baseSection,
-                               int useTableDefaults) {
+                               CFGHANDLE* handle, const char* baseSection, int useTableDefaults) {
     OwnedList owned(list);
     if (!baseSection || !*baseSection) return 0;
     SectionChain chain(kSectionSize);
@@ -92,8 +91,8 @@ extern "C" long ReadConfigProperties(const char* propertiesFile, const char* ser
 extern "C" long ReadDBProperties(const char* propertiesFile, const char* serviceName,
                                  DBserviceInfo* record, int useTableDefaults,
                                  ErrDetail* errDetail) {
-    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
-                       DBcfg_info, "ReadDBProperties", "database");
+    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail, DBcfg_info,
+                       "ReadDBProperties", "database");
 }
 
 extern "C" long ReadSrvrGrpProperties(const char* propertiesFile, const char* serviceName,

@@ -38,9 +38,9 @@ TEST(ReadConfigProperties, TheTwoDefaultKindsInheritDifferently) {
     for (const DefaultsCase& c : cases) {
         auto r = std::make_unique<CNFGserviceInfo>();
         ErrDetail detail{};
-        EXPECT_EQ(ReadConfigProperties(file.path(), "sports.cfg1", r.get(), c.useTableDefaults,
-                                       &detail),
-                  0)
+        EXPECT_EQ(
+            ReadConfigProperties(file.path(), "sports.cfg1", r.get(), c.useTableDefaults, &detail),
+            0)
             << c.name;
         EXPECT_EQ(r->maxservers, 8) << c.name;
         EXPECT_EQ(r->maxusers, c.maxusers) << c.name;

@@ -16,10 +16,14 @@ constexpr std::size_t kAddressListSize = 256;
 
 const char* section_of(int messengerType) {
     switch (messengerType) {
-        case MSNGR_CGIIP: return "Corvane.Messengers.CGIIP";
-        case MSNGR_CVISA: return "Corvane.Messengers.CVISA";
-        case MSNGR_CVNSA: return "Corvane.Messengers.CVNSA";
-        default: return nullptr;
+        case MSNGR_CGIIP:
+            return "Corvane.Messengers.CGIIP";
+        case MSNGR_CVISA:
+            return "Corvane.Messengers.CVISA";
+        case MSNGR_CVNSA:
+            return "Corvane.Messengers.CVNSA";
+        default:
+            return nullptr;
     }
 }
 

@@ -6,8 +6,8 @@ namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kShortSection = 64;   // 63 characters
-constexpr std::size_t kConfigSection = 256; // "configuration." and a name of up to 241
+constexpr std::size_t kShortSection = 64;    // 63 characters
+constexpr std::size_t kConfigSection = 256;  // "configuration." and a name of up to 241
 
 }  // namespace
 
@@ -25,8 +25,7 @@ extern "C" long ReadSQLConfigList(const char* propertiesFile, SQLConfigurationLi
 }
 
 extern "C" long ReadSQLConfigProperties(const char* propertiesFile, const char* configName,
-                                        SQLConfigurationProperties* record,
-                                        ErrDetail* errDetail) {
+                                        SQLConfigurationProperties* record, ErrDetail* errDetail) {
     SingleSection read{"ReadSQLConfigProperties", kConfigSection, &SQLConfig_info, record};
     return read_single_section(propertiesFile, read, errDetail, "%s.%s", "configuration",
                                configName ? configName : "");

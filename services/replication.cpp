@@ -18,8 +18,8 @@ constexpr std::size_t kShortSection = 64;  // "control-agent." and a name of up 
 
 }  // namespace
 
-extern "C" long ReadReplServerProperties(const char* propertiesFile, void* record,
-                                         int replVersion, ErrDetail* errDetail) {
+extern "C" long ReadReplServerProperties(const char* propertiesFile, void* record, int replVersion,
+                                         ErrDetail* errDetail) {
     SingleSection read{"ReadReplServerProperties", kShortSection,
                        by_version(replVersion, replServer_info, replServerV2_info), record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "server");
@@ -35,8 +35,8 @@ extern "C" long ReadReplControlAgentProperties(const char* propertiesFile, const
                                agentName ? agentName : "");
 }
 
-extern "C" long ReadReplAgentProperties(const char* propertiesFile, void* record,
-                                        int replVersion, ErrDetail* errDetail) {
+extern "C" long ReadReplAgentProperties(const char* propertiesFile, void* record, int replVersion,
+                                        ErrDetail* errDetail) {
     SingleSection read{"ReadReplAgentProperties", kShortSection,
                        by_version(replVersion, replAgent_info, replAgentV2_info), record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "agent");
@@ -45,7 +45,6 @@ extern "C" long ReadReplAgentProperties(const char* propertiesFile, void* record
 extern "C" long ReadReplTransitionProperties(const char* propertiesFile,
                                              ReplTransitionProps* record, long /*reserved*/,
                                              ErrDetail* errDetail) {
-    SingleSection read{"ReadReplTransitionProperties", kShortSection, &replTransition_info,
-                       record};
+    SingleSection read{"ReadReplTransitionProperties", kShortSection, &replTransition_info, record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "transition");
 }

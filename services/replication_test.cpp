@@ -76,9 +76,8 @@ TEST(ReplServer, UnknownVersionIsRefusedOnlyOnceTheFileOpens) {
 TEST(ReplControlAgent, ReadsTheNamedAgentsSection) {
     TempFile file(kRepl);
     ReplControlAgentPropsV2 record;
-    ASSERT_EQ(ReadReplControlAgentProperties(file.path(), "agent1", &record, REPL_VERSION_2,
-                                             nullptr),
-              0);
+    ASSERT_EQ(
+        ReadReplControlAgentProperties(file.path(), "agent1", &record, REPL_VERSION_2, nullptr), 0);
     EXPECT_STREQ(record.v1.host, "target");
     EXPECT_EQ(record.v1.critical, 1);
     EXPECT_STREQ(record.v1.replication_method, "async");
@@ -88,9 +87,9 @@ TEST(ReplControlAgent, ReadsTheNamedAgentsSection) {
     EXPECT_STREQ(record.ipver, "ipv4");
 
     ErrDetail detail{};
-    EXPECT_EQ(ReadReplControlAgentProperties(file.path(), "agent2", &record, REPL_VERSION_1,
-                                             &detail),
-              10004);
+    EXPECT_EQ(
+        ReadReplControlAgentProperties(file.path(), "agent2", &record, REPL_VERSION_1, &detail),
+        10004);
     EXPECT_EQ(detail.where,
               std::string("find_Section of ") + file.path() + " for section control-agent.agent2");
 }
@@ -111,8 +110,8 @@ TEST(SingleSectionReaders, NamesPastTheirLimitAreRefused) {
         std::string name(c.length, 'n');
         ReplControlAgentProps record;
         ErrDetail detail{};
-        EXPECT_EQ(ReadReplControlAgentProperties(file.path(), name.c_str(), &record,
-                                                 REPL_VERSION_1, &detail),
+        EXPECT_EQ(ReadReplControlAgentProperties(file.path(), name.c_str(), &record, REPL_VERSION_1,
+                                                 &detail),
                   c.result)
             << c.name;
     }
@@ -121,8 +120,7 @@ TEST(SingleSectionReaders, NamesPastTheirLimitAreRefused) {
               ENAMETOOLONG);
     SQLConfigurationProperties config;
     ErrDetail detail{};
-    EXPECT_EQ(ReadSQLConfigProperties(file.path(), std::string(242, 'c').c_str(), &config,
-                                      &detail),
+    EXPECT_EQ(ReadSQLConfigProperties(file.path(), std::string(242, 'c').c_str(), &config, &detail),
               ENAMETOOLONG);
     EXPECT_STREQ(detail.where, "ReadSQLConfigProperties section name");
 }
@@ -148,7 +146,8 @@ TEST(ReplTransition, MissingSectionIsNamed) {
     std::memset(&transition, 'x', sizeof transition);
     ErrDetail detail{};
     EXPECT_EQ(ReadReplTransitionProperties(file.path(), &transition, 0, &detail), 10004);
-    EXPECT_EQ(detail.where, std::string("find_Section of ") + file.path() + " for section transition");
+    EXPECT_EQ(detail.where,
+              std::string("find_Section of ") + file.path() + " for section transition");
     EXPECT_EQ(transition.responsibility[0], '\0') << "cleared before the search";
 }
 

@@ -15,8 +15,7 @@ CFGHANDLE SEWA_cv;
 
 }  // namespace
 
-extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name,
-                               size_t size) {
+extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size) {
     bool firstOnly = index == SERVICE_ENUM_FIRST_ONLY;
     CFGHANDLE handle{};
     if (index == 0 || firstOnly) {

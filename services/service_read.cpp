@@ -88,8 +88,8 @@ long read_chain(CFGHANDLE& handle, InfoList list, const SectionChain& chain,
             result = CV_ERR_NO_SERVICE;
             continue;
         }
-        Outcome outcome = read_section(handle, list, i == 0 ? rules.first : rules.rest, rules,
-                                       errDetail);
+        Outcome outcome =
+            read_section(handle, list, i == 0 ? rules.first : rules.rest, rules, errDetail);
         if (outcome.endsRead) return outcome.result;
         result = outcome.result;
     }
@@ -99,7 +99,8 @@ long read_chain(CFGHANDLE& handle, InfoList list, const SectionChain& chain,
 long open_properties(OpenFile& file, const char* propertiesFile, const char* openFor,
                      ErrDetail* errDetail) {
     long r = opencfg(nullptr, nullptr, propertiesFile, &file.handle);
-    if (r != 0) report_failuref(errDetail, r, "opencfg of %s for %s", file.handle.fileName, openFor);
+    if (r != 0)
+        report_failuref(errDetail, r, "opencfg of %s for %s", file.handle.fileName, openFor);
     return r;
 }
 

@@ -28,7 +28,7 @@ using OwnedList = std::unique_ptr<CfgInfo, ListDeleter>;
 // The section names of one read, most general first, each within `nameSize`
 // bytes; a name that does not fit, or a ninth name, is refused.
 class SectionChain {
-public:
+  public:
     static constexpr std::size_t kMaxNames = 8;
     static constexpr std::size_t kMaxNameSize = 1024;
 
@@ -37,7 +37,7 @@ public:
     std::size_t size() const { return count_; }
     const char* operator[](std::size_t i) const { return names_[i].data(); }
 
-private:
+  private:
     std::size_t nameSize_;
     std::size_t count_ = 0;
     std::array<std::array<char, kMaxNameSize>, kMaxNames> names_{};
@@ -50,11 +50,11 @@ enum class Defaults {
 };
 
 struct ChainRules {
-    Defaults first;             // defaults of the first section
-    Defaults rest;              // defaults of the sections after it
+    Defaults first;  // defaults of the first section
+    Defaults rest;   // defaults of the sections after it
     bool missingSectionEndsRead;
-    const char* versionWhere;   // non-null: apply PROP_VERSION and PROP_DEFAULT_DIR
-    bool cutComments;           // plain text values end at "#"
+    const char* versionWhere;  // non-null: apply PROP_VERSION and PROP_DEFAULT_DIR
+    bool cutComments;          // plain text values end at "#"
 };
 
 // Walks `chain` on the open handle, reading every entry of the bound list.

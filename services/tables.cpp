@@ -315,7 +315,7 @@ constexpr auto kReplServerKeys = std::to_array<Key>({
     TEXT(ReplServerProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
     TEXT(ReplServerProps, "flags", flags, 32, "", 0),
 });
-constexpr auto kReplServerV2Keys = join(kReplServerKeys, std::to_array<Key>({
+constexpr auto kReplServerV2Extra = std::to_array<Key>({
     INT(RS, "minimum-polling-delay", minimum_polling_delay, 0, 0),
     INT(RS, "maximum-polling-delay", maximum_polling_delay, 0, 0),
     TEXT(RS, "status-monitor", status_monitor, 12, "", 0),
@@ -327,7 +327,8 @@ constexpr auto kReplServerV2Keys = join(kReplServerKeys, std::to_array<Key>({
     INT(RS, "defer-agent-startup", defer_agent_startup, 0, 0),
     INT(RS, "repl-keep-alive", repl_keep_alive, -1, 0),
     TEXT(RS, "schema-lock-action", schema_lock_action, 12, "wait", 0),
-}));
+});
+constexpr auto kReplServerV2Keys = join(kReplServerKeys, kReplServerV2Extra);
 static_assert(offsetof(RS, v1) == 0);
 static_assert(kReplServerKeys.size() == 8 && kReplServerV2Keys.size() == 19);
 static_assert(rows_fit(kReplServerV2Keys));
@@ -344,10 +345,11 @@ constexpr auto kReplControlAgentKeys = std::to_array<Key>({
     INT(ReplControlAgentProps, "maximum-message", maximum_message, 129, 0),
     TEXT(ReplControlAgentProps, "flags", flags, 32, "", 0),
 });
-constexpr auto kReplControlAgentV2Keys = join(kReplControlAgentKeys, std::to_array<Key>({
+constexpr auto kReplControlAgentV2Extra = std::to_array<Key>({
     TEXT(RC, "arguments", arguments, 256, "", PROP_WHOLE_LINE),
     TEXT(RC, "ipver", ipver, 16, "ipv4", 0),
-}));
+});
+constexpr auto kReplControlAgentV2Keys = join(kReplControlAgentKeys, kReplControlAgentV2Extra);
 static_assert(offsetof(RC, v1) == 0);
 static_assert(kReplControlAgentKeys.size() == 9 && kReplControlAgentV2Keys.size() == 11);
 static_assert(rows_fit(kReplControlAgentV2Keys));
@@ -361,7 +363,7 @@ constexpr auto kReplAgentKeys = std::to_array<Key>({
     TEXT(ReplAgentProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
     TEXT(ReplAgentProps, "flags", flags, 32, "", 0),
 });
-constexpr auto kReplAgentV2Keys = join(kReplAgentKeys, std::to_array<Key>({
+constexpr auto kReplAgentV2Extra = std::to_array<Key>({
     INT(RA, "minimum-polling-delay", minimum_polling_delay, 0, 0),
     INT(RA, "maximum-polling-delay", maximum_polling_delay, 0, 0),
     TEXT(RA, "status-monitor", status_monitor, 12, "", 0),
@@ -371,7 +373,8 @@ constexpr auto kReplAgentV2Keys = join(kReplAgentKeys, std::to_array<Key>({
     INT(RA, "connect-timeout", connect_timeout, 0, 0),
     TEXT(RA, "host", host, 50, "", PROP_HOSTNAME),
     TEXT(RA, "ipver", ipver, 16, "ipv4", 0),
-}));
+});
+constexpr auto kReplAgentV2Keys = join(kReplAgentKeys, kReplAgentV2Extra);
 static_assert(offsetof(RA, v1) == 0);
 static_assert(kReplAgentKeys.size() == 6 && kReplAgentV2Keys.size() == 15);
 static_assert(rows_fit(kReplAgentV2Keys));
@@ -397,12 +400,12 @@ constexpr auto kReplTransitionKeys = std::to_array<Key>({
          PROP_WHOLE_LINE),
     TEXT(RT, "recovery-backup-arguments", recovery_backup_arguments, 254, "", PROP_WHOLE_LINE),
     TEXT(RT, "flags", flags, 32, "", 0),
-    TEXT(RT, "source-secondary-broker-startup-arguments",
-         source_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
-    TEXT(RT, "target-secondary-broker-startup-arguments",
-         target_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
-    TEXT(RT, "normal-secondary-broker-startup-arguments",
-         normal_secondary_broker_startup_arguments, 254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "source-secondary-broker-startup-arguments", source_secondary_broker_startup_arguments,
+         254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "target-secondary-broker-startup-arguments", target_secondary_broker_startup_arguments,
+         254, "", PROP_WHOLE_LINE),
+    TEXT(RT, "normal-secondary-broker-startup-arguments", normal_secondary_broker_startup_arguments,
+         254, "", PROP_WHOLE_LINE),
     INT(RT, "start-secondary-broker", start_secondary_broker, -1, 0),
 });
 static_assert(kReplTransitionKeys.size() == 22 && rows_fit(kReplTransitionKeys));
@@ -464,7 +467,7 @@ constexpr auto kSQLDatabase = build(kSQLDatabaseKeys);
 }  // namespace
 
 #define QV_TABLE(name, built, Record) \
-    const DescriptorTable name{built.entries, built.offsets, sizeof(Record)}
+    const DescriptorTable name { built.entries, built.offsets, sizeof(Record) }
 
 QV_TABLE(UBcfg_info, kUB, UBSERVICEINFO);
 QV_TABLE(NScfg_info, kNS, NSserviceInfo);

@@ -1,10 +1,11 @@
+#include "services/tables.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <vector>
 
 #include "qorvel/services.h"
-#include "services/tables.h"
 #include "services/test_files.h"
 
 namespace {
@@ -55,8 +56,8 @@ TEST(DescriptorTables, BindEveryKeyToADistinctFieldInsideTheRecord) {
             ASSERT_GE(offset, 0) << t.name << " " << list[i].keyword;
             ASSERT_LE(offset + list[i].valueSize, t.table.recordSize) << list[i].keyword;
             for (std::size_t b = 0; b < list[i].valueSize; ++b) {
-                EXPECT_EQ(owner[offset + b], -1) << t.name << ": " << list[i].keyword
-                                                 << " overlaps another key";
+                EXPECT_EQ(owner[offset + b], -1)
+                    << t.name << ": " << list[i].keyword << " overlaps another key";
                 owner[offset + b] = static_cast<int>(i);
             }
         }

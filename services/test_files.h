@@ -12,7 +12,7 @@ namespace qorvel::services::testing {
 
 // A file holding `text`, under a fresh directory.
 class TempFile {
-public:
+  public:
     explicit TempFile(const std::string& text, const std::string& name = "test.properties") {
         char pattern[] = "/tmp/qorvel_services_XXXXXX";
         dir_ = mkdtemp(pattern);
@@ -24,7 +24,7 @@ public:
     const char* path() const { return path_.c_str(); }
     const std::string& dir() const { return dir_; }
 
-private:
+  private:
     std::string dir_;
     std::string path_;
 };
@@ -32,7 +32,7 @@ private:
 // An installation whose properties/ubroker.properties holds `text`; VTX
 // points at it for the test's lifetime.
 class TempInstall {
-public:
+  public:
     explicit TempInstall(const std::string& text) : file_(text, "properties/ubroker.properties") {
         const char* old = std::getenv("VTX");
         hadVtx_ = old != nullptr;
@@ -47,7 +47,7 @@ public:
         }
     }
 
-private:
+  private:
     TempFile file_;
     bool hadVtx_ = false;
     std::string oldVtx_;

@@ -24,7 +24,8 @@ QORVEL_API size_t fmtSystemMsg(unsigned int code, unsigned long reserved, char* 
                                int strip);
 
 /* fmtSystemMsg without cutting the line end. */
-QORVEL_API size_t FormatSysMessage(unsigned int code, unsigned long reserved, char* buf, size_t size);
+QORVEL_API size_t FormatSysMessage(unsigned int code, unsigned long reserved, char* buf,
+                                   size_t size);
 
 /* ---- Descriptors and info lists ----------------------------------------- */
 
@@ -86,8 +87,8 @@ QORVEL_API void free_InfoList(InfoList list);
 
 /* How a reader failed. Owned by the caller; readers accept NULL. */
 typedef struct ErrDetail {
-    int64_t code;      /* library result code, or 10015 for a system error */
-    int64_t sysError;  /* errno behind the failure, or 0 */
+    int64_t code;     /* library result code, or 10015 for a system error */
+    int64_t sysError; /* errno behind the failure, or 0 */
     uint64_t msgNumber;
     char where[256];   /* the step that failed */
     char message[256]; /* system text for sysError, or the table text */
@@ -476,8 +477,7 @@ QORVEL_API long ReadConfigProperties(const char* propertiesFile, const char* ser
                                      CNFGserviceInfo* record, int useTableDefaults,
                                      ErrDetail* errDetail);
 QORVEL_API long ReadDBProperties(const char* propertiesFile, const char* serviceName,
-                                 DBserviceInfo* record, int useTableDefaults,
-                                 ErrDetail* errDetail);
+                                 DBserviceInfo* record, int useTableDefaults, ErrDetail* errDetail);
 QORVEL_API long ReadSrvrGrpProperties(const char* propertiesFile, const char* serviceName,
                                       SRVRGRPserviceInfo* record, int useTableDefaults,
                                       ErrDetail* errDetail);
@@ -491,8 +491,7 @@ QORVEL_API long OpenConManager(const char* propertiesFile, const char* serviceNa
 /* Reads the chain of baseSection and serviceName through the bound `list`,
  * which it releases on every path. */
 QORVEL_API long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
-                               CFGHANDLE* handle, const char* baseSection,
-                               int useTableDefaults);
+                               CFGHANDLE* handle, const char* baseSection, int useTableDefaults);
 
 /* ---- Replication, process manager, SQL ---------------------------------- */
 
@@ -527,7 +526,8 @@ typedef struct ReplServerPropsV2 {
     char schema_lock_action[12];
 } ReplServerPropsV2;
 QORVEL_PIN(sizeof(ReplServerPropsV2) == 2736, "ReplServerPropsV2 layout");
-QORVEL_PIN(offsetof(ReplServerPropsV2, minimum_polling_delay) == sizeof(ReplServerProps), "version 2 begins with version 1");
+QORVEL_PIN(offsetof(ReplServerPropsV2, minimum_polling_delay) == sizeof(ReplServerProps),
+           "version 2 begins with version 1");
 
 typedef struct ReplControlAgentProps {
     char host[128]; /* the key fills at most 50 bytes */
@@ -548,7 +548,8 @@ typedef struct ReplControlAgentPropsV2 {
     char ipver[16];
 } ReplControlAgentPropsV2;
 QORVEL_PIN(sizeof(ReplControlAgentPropsV2) == 872, "ReplControlAgentPropsV2 layout");
-QORVEL_PIN(offsetof(ReplControlAgentPropsV2, arguments) == sizeof(ReplControlAgentProps), "version 2 begins with version 1");
+QORVEL_PIN(offsetof(ReplControlAgentPropsV2, arguments) == sizeof(ReplControlAgentProps),
+           "version 2 begins with version 1");
 
 typedef struct ReplAgentProps {
     char name[16];
@@ -573,7 +574,8 @@ typedef struct ReplAgentPropsV2 {
     char ipver[16];
 } ReplAgentPropsV2;
 QORVEL_PIN(sizeof(ReplAgentPropsV2) == 1808, "ReplAgentPropsV2 layout");
-QORVEL_PIN(offsetof(ReplAgentPropsV2, minimum_polling_delay) == sizeof(ReplAgentProps), "version 2 begins with version 1");
+QORVEL_PIN(offsetof(ReplAgentPropsV2, minimum_polling_delay) == sizeof(ReplAgentProps),
+           "version 2 begins with version 1");
 
 typedef struct ReplTransitionProps {
     char responsibility[15];
@@ -600,7 +602,8 @@ typedef struct ReplTransitionProps {
     char flags[32];
 } ReplTransitionProps;
 QORVEL_PIN(sizeof(ReplTransitionProps) == 3200, "ReplTransitionProps layout");
-QORVEL_PIN(offsetof(ReplTransitionProps, restart_after_transition) == 1808, "ReplTransitionProps switches");
+QORVEL_PIN(offsetof(ReplTransitionProps, restart_after_transition) == 1808,
+           "ReplTransitionProps switches");
 
 typedef struct PMMGRProps {
     int64_t minport;
@@ -653,13 +656,12 @@ QORVEL_API void set_SQLDbProperties(InfoList list, SQLDbProperties* record);
  * "sql-configuration", "configuration.<configName>" (241) and
  * "database.<dbName>" (54); longer names are refused with ENAMETOOLONG.
  * `reserved` arguments are not consulted. */
-QORVEL_API long ReadReplServerProperties(const char* propertiesFile, void* record,
-                                         int replVersion, ErrDetail* errDetail);
+QORVEL_API long ReadReplServerProperties(const char* propertiesFile, void* record, int replVersion,
+                                         ErrDetail* errDetail);
 QORVEL_API long ReadReplControlAgentProperties(const char* propertiesFile, const char* agentName,
-                                               void* record, int replVersion,
-                                               ErrDetail* errDetail);
-QORVEL_API long ReadReplAgentProperties(const char* propertiesFile, void* record,
-                                        int replVersion, ErrDetail* errDetail);
+                                               void* record, int replVersion, ErrDetail* errDetail);
+QORVEL_API long ReadReplAgentProperties(const char* propertiesFile, void* record, int replVersion,
+                                        ErrDetail* errDetail);
 QORVEL_API long ReadReplTransitionProperties(const char* propertiesFile,
                                              ReplTransitionProps* record, long reserved,
                                              ErrDetail* errDetail);
@@ -668,8 +670,7 @@ QORVEL_API long ReadPMMGRProperties(const char* propertiesFile, const char* sect
 QORVEL_API long ReadSQLConfigList(const char* propertiesFile, SQLConfigurationList* record,
                                   ErrDetail* errDetail);
 QORVEL_API long ReadSQLConfigProperties(const char* propertiesFile, const char* configName,
-                                        SQLConfigurationProperties* record,
-                                        ErrDetail* errDetail);
+                                        SQLConfigurationProperties* record, ErrDetail* errDetail);
 QORVEL_API long ReadSQLDbProperties(const char* propertiesFile, const char* dbName,
                                     SQLDbProperties* record, ErrDetail* errDetail);
 
