@@ -150,6 +150,7 @@ TEST_F(OpenCfg, ResolvesTheFile) {
 TEST_F(OpenCfg, ReportsFailures) {
     TempFile local("[Here]\n");
     std::string longName(300, 'x');
+    mkdir((vtx_ + "/properties/dir").c_str(), 0755);
     struct Case {
         const char* name;
         bool vtxSet;
@@ -160,6 +161,7 @@ TEST_F(OpenCfg, ReportsFailures) {
         {"VTX unset", false, nullptr, "my.properties", CFG_NOT_FOUND},
         {"missing file under VTX", true, nullptr, "my.properties", ENOENT},
         {"absent section keeps the file open", true, "Nowhere", local.path(), CFG_NO_SECTION},
+        {"a directory reads as a file without sections", true, "S", "dir", CFG_NO_SECTION},
         {"path too long for the handle", true, nullptr, longName.c_str(), ENAMETOOLONG},
     };
     for (const auto& c : cases) {

@@ -32,7 +32,10 @@ extern "C" int cfg_getline(char* buffer, int limit, FILE* stream) {
                 // At a cut, `c` is dropped and the rest of the physical line
                 // becomes the next logical line.
                 buffer[n] = '\0';
-                return feof(stream) ? 1 : 0;
+                // A read error (a directory opened as a file, a failing disk)
+                // ends the lines as the end of the file does; otherwise every
+                // reader would loop on empty lines forever.
+                return feof(stream) || ferror(stream) ? 1 : 0;
             }
         } else {
             buffer[n++] = static_cast<char>(c);
