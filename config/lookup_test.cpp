@@ -57,8 +57,18 @@ const std::string kFile =
     "envInRef=!{value-of:envval}\n"
     "envval=${QV_VTX}/lib\n"
     "num=${QV_NUM}\n"
+    "r=x\n"
+    "many=" +
+    [] {
+        std::string refs;  // as many references as a whole value can hold
+        for (int i = 0; i < 78; ++i) refs += "!{value-of:r}";
+        return refs;
+    }() +
+    "\n"
     "[Next]\n"
     "onlyNext=1\n";
+
+const std::string kManyX(78, 'x');
 
 class Lookup : public ::testing::Test {
   protected:
@@ -174,6 +184,7 @@ TEST_F(Lookup, SubstitutesReferences) {
         {"missing key resolves to nothing", "S", "missing", kWhole, "<>", 0},
         {"missing section resolves to nothing", "S", "ghost", kWhole, "<>", 0},
         {"inserted values are substituted too", "S", "envInRef", kWhole, "/vtx/lib", 0},
+        {"every reference of a full value resolves", "S", "many", kWhole, kManyX.c_str(), 0},
         {"keys naming each other end in failure", "S", "loopA", kWhole, "loopA", CFG_BAD_VALUE},
         {"a value that keeps growing ends in failure", "S", "grow", kWhole, "grow", CFG_BAD_VALUE},
         {"system properties are removed", "S", "sys", kWhole, "/x", 0},

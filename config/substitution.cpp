@@ -18,8 +18,11 @@ constexpr std::string_view kSystemProperty = "!{SystemProperty:";
 constexpr std::size_t kTextMax = kSubstitutionSize - 1;
 constexpr std::size_t kReferenceMax = 1023;
 // References that keep producing references (keys naming each other) would
-// otherwise never settle; no honest value needs this many.
-constexpr int kMaxReferencePasses = 64;
+// otherwise never settle. A whole value of 1023 characters holds at most 93
+// "!{value-of:" markers; the bound leaves room for every one of them and a
+// few levels of references inside inserted values, and still ends a loop
+// after a bounded number of rescans.
+constexpr int kMaxReferencePasses = 256;
 
 bool equals_nocase(std::string_view a, std::string_view b) {
     return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
