@@ -60,14 +60,14 @@ long read_properties(int substitute, const char* fileName, const char* sectionNa
     std::size_t pos = 0;
     std::string_view component = next_component(name, pos);
     if (component.empty()) component = name;
-    for (bool first = true; first || !component.empty();
-         first = false, component = next_component(name, pos)) {
+    do {
         bounded_append(level, component);
         if (find_Section(level, &handle)) {
             if (long rc = read_level(handle, substitute, requests); rc != 0) result = rc;
         }
         bounded_append(level, ".");
-    }
+        component = next_component(name, pos);
+    } while (!component.empty());
     closecfg(&handle);
     return result;
 }

@@ -60,7 +60,7 @@ extern "C" void cfg_getword(char* word, char* line) {
 extern "C" void getword(char* word, char* text, char delimiter) {
     std::string_view rest = text;
     std::size_t end = rest.find(delimiter);
-    if (end == std::string_view::npos || delimiter == '\0') end = rest.size();
+    if (end == std::string_view::npos) end = rest.size();
     put(word, rest.substr(0, end));
     put(text, end < rest.size() ? rest.substr(end + 1) : "");
 }
