@@ -26,7 +26,9 @@ export LOGNAME=${LOGNAME:-$(id -un)}
 echo 'DEMO_USER=${LOGNAME}-via-e' |
   "$qorvel" -c '$APP_HOME/classes' -w '$APP_HOME' -e 1 -1 out.log \
     java -Dqorvel.greeting=hello -Xmx64m ShowLaunch first '$APP_HOME' 2>&1
-echo "exit status: $?"
+status=$?
+echo "exit status: $status"
 echo
 echo "--- out.log, written by the JVM ---"
 cat "$work/out.log"
+exit "$status"
