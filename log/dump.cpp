@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
@@ -62,13 +63,15 @@ void write_lines(FILE* log, int flush, const unsigned char* data, int length, Sh
     for (int i = 0; i < length; ++i) {
         if (i % kBytesPerLine == 0) {
             std::fprintf(log, "%s%s\n", line, text);
-            std::memset(text, 0, sizeof text);
+            qorvel::bounded_copy(text, "");
             qorvel::bounded_format(line, sizeof line, " %04X : ", static_cast<unsigned>(i));
         }
         char group[4];
         qorvel::bounded_format(group, sizeof group, "%02X ", data[i]);
         qorvel::bounded_append(line, group);
-        text[i % kBytesPerLine] = show(data[i]);
+        // Emptied at each line start, the column takes this byte at i % 16.
+        const char shown = show(data[i]);
+        qorvel::bounded_append(text, std::string_view(&shown, 1));
     }
     if (text[0]) {
         int missing = (kBytesPerLine - length % kBytesPerLine) % kBytesPerLine;
