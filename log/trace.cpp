@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -9,6 +10,13 @@
 #include "util/bounded_text.h"
 
 namespace {
+
+// Callers outside C++ see the slot through the public record; keep its layout fixed.
+static_assert(offsetof(TRACETBL_ENTRY, size) == 4);
+static_assert(offsetof(TRACETBL_ENTRY, count) == 8);
+static_assert(offsetof(TRACETBL_ENTRY, writePos) == 16);
+static_assert(offsetof(TRACETBL_ENTRY, buffer) == 24);
+static_assert(sizeof(TRACETBL_ENTRY) == 32);
 
 // The trace table: process-wide, zero at start, written only by InitTrace,
 // StopTrace and the two data routines. tracetblend marks its end for scans.

@@ -1,8 +1,11 @@
-/* Debug log: free-form diagnostic text written to a buffered stream.
+/* Diagnostics: the debug log, data dumps written to it, the trace table and
+ * a random event generator.
  *
  * A log handle is a FILE* opened by OpenLogfile or ExtendLogfile, or NULL when
- * opening failed; every routine accepts NULL and then does nothing. None of
- * these routines is safe for concurrent use (LogMsg uses ctime's buffer). */
+ * opening failed; every log and dump routine accepts NULL and then does
+ * nothing. The caller owns an open handle and releases it with CloseLogfile.
+ * Nothing here is safe for concurrent use: LogMsg uses ctime's buffer, and the
+ * trace table and the seeded flags are process-wide and unlocked. */
 #ifndef QORVEL_LOG_H
 #define QORVEL_LOG_H
 
@@ -35,6 +38,7 @@ QORVEL_API FILE* ExtendLogfile(int append, const char* path);
 /* Writes the stamped "Log Closed" line and closes the stream. */
 QORVEL_API void CloseLogfile(FILE* log);
 
+/* Writes out what the stream holds buffered. */
 QORVEL_API void FlushLogfile(FILE* log);
 
 /* A pseudo-random number from 1 to n (n > 0); seeds rand() once per process. */
