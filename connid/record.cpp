@@ -25,8 +25,8 @@ constexpr std::size_t kNumberSize = 16;  // the number is read from its first 15
 // With fewer separators the last field present runs to the end of the text
 // and the missing ones stay empty.
 struct Fields {
-    std::string_view part[4] = {"", "", "",
-                                ""};  // never a null view: missing fields are empty texts
+    // Missing fields are empty texts, never null views, so they copy like any other.
+    std::string_view part[4] = {"", "", "", ""};
 };
 
 Fields split(std::string_view text) {
