@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <string>
@@ -119,6 +120,33 @@ TEST(RandomEvent, RangeOfOneFiresEveryCallAndBadRangesDoNotDivideByZero) {
     for (int range : {1, 0, -3}) {
         std::uint32_t countdown = 0;
         for (int i = 0; i < 5; ++i) EXPECT_EQ(random_event(&countdown, range), 1) << range;
+    }
+}
+
+// Both draw from rand(); a generator seeded again on a later call would not
+// follow the sequence a caller's srand starts.
+TEST(SystemGenerator, SeededOnlyOnTheFirstCall) {
+    struct Case {
+        const char* name;
+        long (*draw)();
+        long (*expected)();
+    } cases[] = {
+        {"get_random", [] { return long{get_random(1000)}; },
+         [] { return long{std::rand() % 1000 + 1}; }},
+        {"random_event",
+         [] {
+             std::uint32_t countdown = 0;
+             random_event(&countdown, 1000);
+             return long{countdown};
+         },
+         [] { return long{std::rand() % 1000}; }},
+    };
+    for (const Case& c : cases) {
+        c.draw();  // the first call seeds
+        std::srand(7);
+        long drawn = c.draw();
+        std::srand(7);
+        EXPECT_EQ(drawn, c.expected()) << c.name;
     }
 }
 
