@@ -1,6 +1,5 @@
 #include <cctype>
 #include <cstdlib>
-#include <cstring>
 #include <string_view>
 
 #include "connid/unhex.h"

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <string_view>
 
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
