@@ -22,7 +22,7 @@ namespace {
 
 constexpr int kSearchLimit = 2047;  // section searches read lines of up to 2046 characters
 constexpr std::size_t kLineSize = 2048;
-constexpr std::size_t kHeaderTextSize = 256;
+constexpr std::size_t kHeaderTextSize = CFG_SECTION_NAME_MAX + 3;
 
 // Fills handle->fileName from the variable, the given file or $VTX/properties.
 long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handle) {
@@ -49,6 +49,8 @@ extern "C" long opencfg(const char* sectionName, const char* envVarName, const c
     handle->sectionHeader[0] = '\0';
     handle->sectionOffset = 0;
     handle->fp = nullptr;
+    // Reporting such a name as absent would hide a section the file may hold.
+    if (sectionName && std::strlen(sectionName) > CFG_SECTION_NAME_MAX) return ENAMETOOLONG;
     if (long rc = resolve_path(envVarName, fileName, handle); rc != 0) {
         handle->fileName[0] = '\0';
         return rc;

@@ -150,6 +150,7 @@ TEST_F(OpenCfg, ResolvesTheFile) {
 TEST_F(OpenCfg, ReportsFailures) {
     TempFile local("[Here]\n");
     std::string longName(300, 'x');
+    std::string longSection(CFG_SECTION_NAME_MAX + 1, 's');
     mkdir((vtx_ + "/properties/dir").c_str(), 0755);
     struct Case {
         const char* name;
@@ -163,6 +164,8 @@ TEST_F(OpenCfg, ReportsFailures) {
         {"absent section keeps the file open", true, "Nowhere", local.path(), CFG_NO_SECTION},
         {"a directory reads as a file without sections", true, "S", "dir", CFG_NO_SECTION},
         {"path too long for the handle", true, nullptr, longName.c_str(), ENAMETOOLONG},
+        {"section name too long to search for", true, longSection.c_str(), local.path(),
+         ENAMETOOLONG},
     };
     for (const auto& c : cases) {
         if (!c.vtxSet) unsetenv("VTX");

@@ -13,7 +13,6 @@
 namespace qorvel {
 namespace {
 
-constexpr std::size_t kSectionSize = 1024;
 constexpr std::size_t kSubstitutedCapacity = kSubstitutionSize;
 constexpr std::size_t kPlainCapacity = 1024;
 
@@ -42,20 +41,32 @@ std::string_view next_component(std::string_view name, std::size_t& pos) {
     return name.substr(start, pos - start);
 }
 
+// Length of the deepest level read for `name`: its components joined by
+// single dots, or the name itself when it has no component.
+std::size_t deepest_level_length(std::string_view name) {
+    std::size_t length = 0;
+    std::size_t pos = 0;
+    for (auto part = next_component(name, pos); !part.empty(); part = next_component(name, pos)) {
+        length += (length > 0 ? 1 : 0) + part.size();
+    }
+    return length > 0 ? length : name.size();
+}
+
 }  // namespace
 
 long read_properties(int substitute, const char* fileName, const char* sectionName,
                      std::span<const PropertyRequest> requests) {
     if (!fileName || !sectionName) return CFG_NOT_FOUND;
     std::string_view name = sectionName;
-    if (name.size() >= kSectionSize) return ENAMETOOLONG;
+    // A level too long to search for would be skipped as if absent.
+    if (deepest_level_length(name) > CFG_SECTION_NAME_MAX) return ENAMETOOLONG;
 
     CFGHANDLE handle;
     if (long rc = opencfg(nullptr, nullptr, fileName, &handle); rc != 0) return rc;
 
     // Empty components ("a..b", ".a") are skipped; a name without any
     // component is looked up as it stands.
-    char level[kSectionSize] = "";
+    char level[CFG_SECTION_NAME_MAX + 2] = "";  // room for the "." after the deepest level
     long result = 0;
     std::size_t pos = 0;
     std::string_view component = next_component(name, pos);

@@ -14,8 +14,7 @@ struct PropertyRequest {
 
 // Reads every request from `sectionName` and each of its dotted ancestors,
 // the deeper section overriding. A null key or buffer ends the list. Returns
-// what getProperties returns, and ENAMETOOLONG for a section name over 1023
-// characters.
+// what getProperties returns.
 long read_properties(int substitute, const char* fileName, const char* sectionName,
                      std::span<const PropertyRequest> requests);
 

@@ -70,7 +70,7 @@ TEST(GetProperties, NullKeyEndsTheListAtEveryLevel) {
 
 TEST(GetProperties, ReportsFailures) {
     TempFile file(kFile);
-    std::string longSection(1024, 's');
+    std::string longSection(CFG_SECTION_NAME_MAX + 1, 's');
     unsetenv("VTX");
     struct Failure {
         const char* name;
@@ -81,13 +81,22 @@ TEST(GetProperties, ReportsFailures) {
         {"null file", nullptr, "Common", CFG_NOT_FOUND},
         {"null section", file.path(), nullptr, CFG_NOT_FOUND},
         {"file under unset VTX", "absent.properties", "Common", CFG_NOT_FOUND},
-        {"section too long", file.path(), longSection.c_str(), ENAMETOOLONG},
+        {"section too long to search for", file.path(), longSection.c_str(), ENAMETOOLONG},
     };
     for (const auto& c : cases) {
         char cp[4096] = "kept";
         EXPECT_EQ(getProperties(1, 1, c.file, c.section, "classpath", cp), c.expected) << c.name;
         EXPECT_STREQ(cp, "kept") << c.name;
     }
+}
+
+TEST(GetProperties, LongestSearchableLevelIsRead) {
+    std::string longest(CFG_SECTION_NAME_MAX, 's');
+    TempFile file("[" + longest + "]\nclasspath=deep\n");
+    std::string dotted = "." + longest + "..";  // stray dots do not count toward the limit
+    char cp[4096] = "";
+    EXPECT_EQ(getProperties(1, 1, file.path(), dotted.c_str(), "classpath", cp), 0);
+    EXPECT_STREQ(cp, "deep");
 }
 
 TEST(ReadProperties, CutsValuesAtTheCarriedCapacity) {

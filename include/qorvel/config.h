@@ -22,15 +22,18 @@ QORVEL_API int expand_envvars(char* dst, const char* src);
 /* ---- Properties files ---------------------------------------------------- */
 
 /* Status codes of the properties-file reader (besides errno values). */
-#define CFG_NOT_FOUND 2L           /* VTX unset, key absent, argument missing */
-#define CFG_NO_MORE_SECTIONS 259L  /* enumeration reached the end of the file */
-#define CFG_NO_SECTION 10004L      /* the named section does not exist */
-#define CFG_NULL_HANDLE 10006L     /* a lookup was handed no handle */
-#define CFG_BAD_VALUE 10010L       /* value substitution could not complete */
+#define CFG_NOT_FOUND 2L          /* VTX unset, key absent, argument missing */
+#define CFG_NO_MORE_SECTIONS 259L /* enumeration reached the end of the file */
+#define CFG_NO_SECTION 10004L     /* the named section does not exist */
+#define CFG_NULL_HANDLE 10006L    /* a lookup was handed no handle */
+#define CFG_BAD_VALUE 10010L      /* value substitution could not complete */
 
 /* Sizes of the handle's text fields. */
 #define CFG_PATH_SIZE 256
 #define CFG_HEADER_SIZE 1024
+
+/* Longest section name a search takes: "[name]" is built in 256 bytes. */
+#define CFG_SECTION_NAME_MAX 253
 
 /* One open properties file. Owned by the caller (usually a local), filled by
  * opencfg, released by closecfg. A byte copy shares the stream and its read
@@ -48,8 +51,9 @@ typedef struct CFGHANDLE {
  * "ubroker.properties">), opens it and, with `sectionName`, positions on that
  * section. Each text may be NULL. Returns 0; 2 when VTX is needed and unset;
  * an errno value when the file cannot be opened (ENAMETOOLONG when a path or
- * VTX does not fit its buffer); 10004 when the section is absent, in which
- * case the file is open and the handle must still be closed. */
+ * VTX does not fit its buffer, or the section name is over
+ * CFG_SECTION_NAME_MAX); 10004 when the section is absent, in which case the
+ * file is open and the handle must still be closed. */
 QORVEL_API long opencfg(const char* sectionName, const char* envVarName, const char* fileName,
                         CFGHANDLE* handle);
 
@@ -59,7 +63,8 @@ QORVEL_API void closecfg(CFGHANDLE* handle);
 
 /* Positions on the first section whose header's first word is "[name]",
  * compared without regard to case. 1 when found, 0 otherwise (the handle then
- * keeps its previous section; names over 253 characters are never found). */
+ * keeps its previous section; names over CFG_SECTION_NAME_MAX are never
+ * found). */
 QORVEL_API int find_Section(const char* sectionName, CFGHANDLE* handle);
 
 /* From the stream's current position, finds the next section whose name
@@ -76,7 +81,8 @@ QORVEL_API long find_NextSection(const char* prefix, char* outName, size_t outSi
  * each buffer must hold 4096 bytes; without, 1024 bytes. Longer values are
  * cut to fit. A NULL key or buffer ends the list. Returns 0; 2 when fileName
  * or sectionName is NULL or VTX is needed and unset; the errno of a failed
- * open; 10010 when a substitution could not complete. */
+ * open; ENAMETOOLONG when a level's name ("a.b.c" for "a..b.c") is over
+ * CFG_SECTION_NAME_MAX; 10010 when a substitution could not complete. */
 QORVEL_API long getProperties(long count, int substitute, const char* fileName,
                               const char* sectionName, ...);
 
