@@ -28,8 +28,12 @@ int redirect(const char* name, int flags, int target, int& fd, const char* strea
         report("Error opening %s redirection file: (%s), error %d\n", stream, name, code);
         return code;
     }
-    close(target);
-    dup2(fd, target);
+    // Started with `target` closed, open hands us `target` itself; closing it
+    // then would lose the file.
+    if (fd != target) {
+        close(target);
+        dup2(fd, target);
+    }
     return 0;
 }
 

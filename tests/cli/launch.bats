@@ -128,6 +128,13 @@ expect_failure() {
   [ "$(sed 1,2d <<<"$stderr")" = "$(printf '%b' "$text")" ] || { echo "$stderr"; return 1; }
 }
 
+@test "files reach the JVM even when the launcher was started without descriptors 0 and 1" {
+  printf 'from file\n' > in.txt
+  "$QORVEL" -0 in.txt -1 out.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>/dev/null
+  [ "$(seen 'arg\[0\]' out.txt)" = "$FAKE_JVM" ]
+  [ "$(seen stdin out.txt)" = "from file" ]
+}
+
 @test "redirection failures give their code and message" {
   mkdir adir
   expect_failure 22 'Error accessing stdin redirection file: (nofile)\nError starting JVM, error 22.\nInvalid argument' -0 nofile "$FAKE_JVM"
