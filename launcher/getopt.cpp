@@ -27,11 +27,6 @@ void next_argument() {
     offset_in_group = 1;
 }
 
-// ':' only marks letters that take an argument; it is never an option itself.
-const char* find_letter(const char* optstring, char c) {
-    return c == ':' ? nullptr : std::strchr(optstring, c);
-}
-
 void fault(const char* program, const char* text, char c) {
     if (opterr) std::fprintf(stderr, "%s: %s -- %c\n", program, text, c);
 }
@@ -49,7 +44,9 @@ int scan_group(int argc, char* const argv[], const char* optstring) {
         next_argument();
         return kNextWord;
     }
-    const char* spec = find_letter(optstring, *letter);
+    // A ':' is found in the option string like any letter and comes back as
+    // itself; the option loop has no use for it and counts it as a bad option.
+    const char* spec = std::strchr(optstring, *letter);
     if (!spec) {
         fault(argv[0], "illegal option", *letter);
         optarg = letter;

@@ -26,6 +26,12 @@ usage_text() {
   [ "$stderr" = "$QORVEL: illegal option -- z"$'\n'"$(usage_text)" ]
 }
 
+@test "a ':' letter is a bad option that the parser itself does not report" {
+  run --separate-stderr "$QORVEL" -d: java Main
+  [ "$status" -eq 248 ]
+  [ "$stderr" = "$(usage_text)" ]
+}
+
 @test "a missing option argument is a bad option" {
   run --separate-stderr "$QORVEL" -c
   [ "$status" -eq 248 ]
