@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 #include <string_view>
 
@@ -84,13 +85,12 @@ void set_console_mode(const char* arg) {
 
 // Expands a redirection file name into a fresh heap buffer with room for the
 // name plus kRedirectSlack. Returns 0, kNoMemory or kRedirectFailed.
-int expand_file_name(std::string_view name, HeapText& target) {
-    HeapText buffer(new (std::nothrow) char[name.size() + kRedirectSlack + 1]);
+int expand_file_name(const char* name, HeapText& target) {
+    std::size_t size = std::strlen(name) + kRedirectSlack + 1;
+    HeapText buffer(new (std::nothrow) char[size]);
     if (!buffer) return kNoMemory;
-    char staged[kStagingSize];
     char expanded[QORVEL_EXPAND_MAX];
-    if (!bounded_copy(staged, name) || !expand_envvars(expanded, staged) ||
-        !bounded_copy(buffer.get(), name.size() + kRedirectSlack + 1, expanded)) {
+    if (!expand_envvars(expanded, name) || !bounded_copy(buffer.get(), size, expanded)) {
         return kRedirectFailed;
     }
     target = std::move(buffer);
@@ -118,7 +118,10 @@ int set_output_file(const char* arg, int stream) {
         file_part = file_part.substr(0, sep);
         oflags = OFLAGS_APPEND;
     }
-    int rc = expand_file_name(file_part, file);
+    // The file part alone is expanded, so it needs a terminated copy of its own;
+    // a cut name would open some other file.
+    char staged[kStagingSize];
+    int rc = bounded_copy(staged, file_part) ? expand_file_name(staged, file) : kRedirectFailed;
     if (rc == kNoMemory) report("Unable to allocate memory for %s file name\n", name);
     if (rc == kRedirectFailed) {
         report("Unabled to set -%d <file_%s> option, error in argument: (%s)\n", stream, name, arg);
@@ -158,21 +161,35 @@ int apply_option(int letter, const char* arg, bool& bad) {
         case 'g':  // decided by the pre-scans
         case 'l':
             return 0;
-        case 'a': return processPropFile(arg);
-        case 'x': return set_classpath_from_props(arg);
-        case 'u': return set_identity(arg);
-        case 'w': return set_work_dir(arg);
-        case 'c': return set_classpath(arg);
+        case 'a':
+            return processPropFile(arg);
+        case 'x':
+            return set_classpath_from_props(arg);
+        case 'u':
+            return set_identity(arg);
+        case 'w':
+            return set_work_dir(arg);
+        case 'c':
+            return set_classpath(arg);
         case 'o':
             bounded_copy(settings.outputDesc, arg);
             trace("Enabled -o option, outputDesc = (%s)\n", settings.outputDesc);
             return 0;
-        case 'e': read_env_lines(arg, stdin); return 0;
-        case 'm': set_console_mode(arg); return 0;
-        case '0': return set_stdin_file(arg);
-        case '1': return set_output_file(arg, 1);
-        case '2': return set_output_file(arg, 2);
-        case 'r': set_umask(arg); return 0;
+        case 'e':
+            read_env_lines(arg, stdin);
+            return 0;
+        case 'm':
+            set_console_mode(arg);
+            return 0;
+        case '0':
+            return set_stdin_file(arg);
+        case '1':
+            return set_output_file(arg, 1);
+        case '2':
+            return set_output_file(arg, 2);
+        case 'r':
+            set_umask(arg);
+            return 0;
         default:
             settings.fOption = -1;  // every bit reads as set from here on
             bad = true;

@@ -35,12 +35,13 @@ TEST(ScanOptions, ResultCodesAndOptionBits) {
     const std::string long_dir = "/" + std::string(300, 'd');
     const Case cases[] = {
         {"defaults", {"java"}, 0, VERBOSE_MODE},
-        {"daemon_and_suspend", {"-ds", "java"}, 0, VERBOSE_MODE | DAEMON_START | SUSPEND_AFTER_START},
+        {"daemon_suspend", {"-ds", "java"}, 0, VERBOSE_MODE | DAEMON_START | SUSPEND_AFTER_START},
         {"silent_any_case", {"-m", "SiLeNt", "java"}, 0, SILENT_MODE},
         {"unknown_mode_changes_nothing", {"-m", "quiet", "java"}, 0, VERBOSE_MODE},
-        {"bad_option_survives_later_mode", {"-z", "-m", "silent", "java"}, kBadOption, ~VERBOSE_MODE},
+        {"bad_outlives_later_mode", {"-z", "-m", "silent", "java"}, kBadOption, ~VERBOSE_MODE},
         {"missing_argument_is_bad", {"-c"}, kBadOption, -1},
-        {"unset_variable_in_classpath", {"-c", "$QV_UNSET", "java"}, kClasspathFailed, VERBOSE_MODE},
+        {"colon_letter_is_bad", {"-d:", "java"}, kBadOption, -1},
+        {"unset_in_classpath", {"-c", "$QV_UNSET", "java"}, kClasspathFailed, VERBOSE_MODE},
         {"unset_variable_in_workdir", {"-w", "$QV_UNSET"}, kWorkDirFailed, VERBOSE_MODE},
         {"workdir_too_long_is_refused", {"-w", long_dir}, kWorkDirFailed, VERBOSE_MODE},
         {"user_format_error", {"-u", "::secret"}, kUserFormat, VERBOSE_MODE},
@@ -58,8 +59,8 @@ TEST(ScanOptions, ResultCodesAndOptionBits) {
 
 TEST(ScanOptions, SettingsTakeTheExpandedValues) {
     setenv("QV_DIR", "/srv", 1);
-    ASSERT_EQ(scan({"-w", "$QV_DIR/app", "-o", "stdout", "-r", "027", "-c", "${QV_DIR}/lib",
-                    "-u", "alice:staff:pa:ss", "java"}),
+    ASSERT_EQ(scan({"-w", "$QV_DIR/app", "-o", "stdout", "-r", "027", "-c", "${QV_DIR}/lib", "-u",
+                    "alice:staff:pa:ss", "java"}),
               0);
     EXPECT_STREQ(settings.workDir, "/srv/app");
     EXPECT_STREQ(settings.outputDesc, "stdout");
@@ -97,6 +98,9 @@ TEST(ScanOptions, OversizedValuesAreCutOrRefusedWithoutOverrun) {
     EXPECT_EQ(scan({"-o", huge}), 0);
     EXPECT_EQ(std::string(settings.outputDesc), std::string(254, 'x'));
     EXPECT_EQ(scan({"-1", huge}), kRedirectFailed);  // the file part exceeds its staging buffer
+    const std::string long_name(1500, 'i');          // -0 has no staging buffer to exceed
+    EXPECT_EQ(scan({"-0", long_name}), 0);
+    EXPECT_EQ(text(settings.file_stdin), long_name);
     EXPECT_EQ(scan({"-u", huge}), kUserFormat);
     EXPECT_EQ(scan({"-c", huge}), 0);
     EXPECT_EQ(std::string(std::getenv("CLASSPATH")), std::string(2047, 'x'));
