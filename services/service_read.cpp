@@ -68,13 +68,18 @@ Outcome read_section(const CFGHANDLE& handle, InfoList list, Defaults defaults,
 }  // namespace
 
 bool SectionChain::add(const char* format, ...) {
-    if (count_ == kMaxNames) return false;
     std::va_list args;
     va_start(args, format);
-    bool fits = bounded_vformat(names_[count_].data(), nameSize_, format, args);
+    bool fits = vadd(format, args);
     va_end(args);
-    if (fits) ++count_;
     return fits;
+}
+
+bool SectionChain::vadd(const char* format, std::va_list args) {
+    if (count_ == kMaxNames) return false;
+    if (!bounded_vformat(names_[count_].data(), nameSize_, format, args)) return false;
+    ++count_;
+    return true;
 }
 
 long read_chain(CFGHANDLE& handle, InfoList list, const SectionChain& chain,

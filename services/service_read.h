@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdarg>
 #include <cstddef>
 #include <memory>
 
@@ -26,14 +27,17 @@ struct ListDeleter {
 using OwnedList = std::unique_ptr<CfgInfo, ListDeleter>;
 
 // The section names of one read, most general first, each within `nameSize`
-// bytes; a name that does not fit, or a ninth name, is refused.
+// bytes (never more than kMaxNameSize); a name that does not fit, or a ninth
+// name, is refused.
 class SectionChain {
   public:
     static constexpr std::size_t kMaxNames = 8;
     static constexpr std::size_t kMaxNameSize = 1024;
 
-    explicit SectionChain(std::size_t nameSize) : nameSize_(nameSize) {}
+    explicit SectionChain(std::size_t nameSize)
+        : nameSize_(nameSize < kMaxNameSize ? nameSize : kMaxNameSize) {}
     bool add(const char* format, ...) __attribute__((format(printf, 2, 3)));
+    bool vadd(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
     std::size_t size() const { return count_; }
     const char* operator[](std::size_t i) const { return names_[i].data(); }
 

@@ -13,13 +13,12 @@ namespace qorvel::services {
 long read_single_section(const char* propertiesFile, const SingleSection& read,
                          ErrDetail* errDetail, const char* format, ...) {
     SectionChain chain(read.sectionSize);
-    char name[SectionChain::kMaxNameSize];
     std::va_list args;
     va_start(args, format);
-    bool fits = bounded_vformat(name, read.sectionSize, format, args);
+    bool fits = chain.vadd(format, args);
     va_end(args);
     char where[sizeof errDetail->where];
-    if (!fits || !chain.add("%s", name)) {
+    if (!fits) {
         bounded_format(where, sizeof where, "%s section name", read.readerName);
         report_system(errDetail, ENAMETOOLONG, where);
         return ENAMETOOLONG;

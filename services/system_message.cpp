@@ -1,3 +1,5 @@
+// The system's text for an error number, shared by the launcher's console
+// messages and the service library's error details.
 #include <cstring>
 #include <string_view>
 
