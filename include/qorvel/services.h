@@ -1,5 +1,12 @@
 /* Service configuration library: the records of every kind of configured
- * service, their readers, error details and system error texts. */
+ * service, their readers, error details and system error texts.
+ *
+ * Records, ErrDetail and every buffer belong to the caller. A reader clears
+ * its record before reading into it, so after a failed read the record holds
+ * what was read before the failure and zeros elsewhere. Each reader opens,
+ * reads and closes its file within the call and may run beside other
+ * readers, except readCfgValue_CV and getServiceList, which share
+ * process-wide state. */
 #ifndef QORVEL_SERVICES_H
 #define QORVEL_SERVICES_H
 
@@ -97,8 +104,9 @@ QORVEL_PIN(sizeof(ErrDetail) == 536, "ErrDetail layout");
 QORVEL_PIN(offsetof(ErrDetail, message) == 280, "ErrDetail.message offset");
 
 /* Clears *detail and records a failure (nothing when detail is NULL). The
- * message is the system text of sysError when it is 1 or more, else
- * `defaultMessage` when code is 1 or more; either is cut at 255 characters. */
+ * message is the system text of sysError when it is 1 or more (or
+ * `defaultMessage` if the system has no text), else `defaultMessage` when code
+ * is 1 or more; either is cut at 255 characters. */
 QORVEL_API void fill_ErrDetail(ErrDetail* detail, int64_t code, int64_t sysError,
                                uint64_t msgNumber, const char* where, const char* defaultMessage);
 
@@ -192,6 +200,9 @@ typedef struct UpdateFuncEntry {
     const char* name;
 } UpdateFuncEntry;
 
+/* Binders, one per record: point every entry of `list`, a copy of the
+ * record's own table, at its field of *record. Nothing else changes, so lists
+ * of one table may be bound to different records at once. */
 QORVEL_API void set_UBserviceInfo(InfoList list, UBSERVICEINFO* record);
 
 /* Reads section "UBroker", "UBroker.<serviceType>" and (unless serviceName is
@@ -317,9 +328,11 @@ QORVEL_API long ReadMsngrProperties(const char* propertiesFile, const char* serv
 
 /* Whether `clientAddress` may send messenger commands (AllowMsngrCmds, then
  * the comma list cvmAdmIPList) and whether connection IDs are used. The file
- * is $CORVANECNF (section of CGIIP) or ubroker.properties (section of the
- * type). Flags may be NULL. Returns -1 for an unknown type, an open failure,
- * or the status of the last key read. */
+ * is $CORVANECNF, always read in the section of CGIIP whatever the type, or
+ * else ubroker.properties in the section of the type. Flags may be NULL; a
+ * NULL address leaves *allowCmds alone. Returns -1 for an unknown type (only
+ * without $CORVANECNF), an open failure, or the status of the last key read
+ * (2 when cvmAdmIPList is absent and useConnID was not asked for). */
 QORVEL_API long getMsngrCtlSettings(const char* clientAddress, int messengerType,
                                     int64_t* allowCmds, int64_t* useConnIDFlag);
 QORVEL_API long getMsngrCmdControl(const char* clientAddress, int messengerType,
@@ -327,7 +340,9 @@ QORVEL_API long getMsngrCmdControl(const char* clientAddress, int messengerType,
 QORVEL_API long getMsngrCmdCtlUseConnID(const char* clientAddress, int messengerType,
                                         int64_t* allowCmds, int64_t* useConnIDFlag);
 
-/* RootPath and ScriptPath of section "Corvane", and $WRKDIR. */
+/* RootPath and ScriptPath of section "Corvane", and $WRKDIR. Returns 0, an
+ * open failure, or 2 at the first absent key, whose field then holds the
+ * key's name and after which nothing more is set. */
 QORVEL_API long getCV_PathInfo(PathInfo* info);
 
 /* The seven flags of "Corvane"'s Components text: flags[i] is 1 when
@@ -338,7 +353,8 @@ QORVEL_API long getComponentList(int64_t* flags);
  * returns the first, 1, 2 ... the next ones from *context, which keeps the
  * file open until 259 (no further service) or a failure; the index
  * SERVICE_ENUM_FIRST_ONLY returns the first and closes. The name goes to
- * *name (size bytes). */
+ * *name (size bytes). A caller that stops early must closecfg(context). One
+ * context belongs to one thread at a time. */
 QORVEL_API long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size);
 
 /* The CV broker services as one comma-separated text in *list, which must
