@@ -82,6 +82,11 @@ TEST(ReadUBproperties, DefaultsOnlyNameReadsTwoSections) {
         << "another case is an ordinary service name";
 }
 
+// Values that refer to each other in a ring never settle: uuid fails with 10010.
+const char* kEndlessReference =
+    "[UBroker]\nuuid=!{value-of:x}\nx=!{value-of:y}\ny=!{value-of:x}\n"
+    "[UBroker.CV]\n[UBroker.CV.svc1]\n";
+
 struct FailureCase {
     const char* name;
     const char* file;  // nullptr: a path that does not exist
@@ -106,6 +111,8 @@ TEST(ReadUBproperties, ReportsEachFailureInTheErrorDetail) {
          std::strerror(ENOENT)},
         {"overlong_section_name", kChain, longName.c_str(), ENAMETOOLONG, 10015, ENAMETOOLONG,
          "ReadUBproperties section name", std::strerror(ENAMETOOLONG)},
+        {"library_code_of_a_key_keeps_its_own_text", kEndlessReference, "svc1", 10010, 10010, 0,
+         "getPropValue for keyword uuid", "Specified Keyword Value is invalid"},
     };
     TempInstall install("");  // a relative miss resolves under it and fails to open
     for (const FailureCase& c : cases) {

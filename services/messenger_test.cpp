@@ -68,6 +68,34 @@ TEST(ReadNSproperties, ReadsDefaultsAndTheNamedServer) {
     EXPECT_STREQ(detail.where, "ReadNSproperties");
 }
 
+TEST(NameServerAndMessengers, WrongVersionIsReportedUnderTheReadersName) {
+    TempFile file(
+        "[NameServer]\ninfoVersion=9000\n[NameServer.NS1]\n"
+        "[Corvane]\ninfoVersion=9000\n[Corvane.Messengers]\n"
+        "[Corvane.Messengers.CGIIP]\n");
+    const struct {
+        const char* where;
+        long (*read)(const char*, ErrDetail*);
+    } cases[] = {
+        {"ReadNSproperties",
+         [](const char* f, ErrDetail* d) {
+             NSserviceInfo r;
+             return ReadNSproperties(f, "NS1", &r, d);
+         }},
+        {"ReadMsngrProperties",
+         [](const char* f, ErrDetail* d) {
+             MsngrServiceInfo r;
+             return ReadMsngrProperties(f, "CGIIP", &r, d);
+         }},
+    };
+    for (const auto& c : cases) {
+        ErrDetail detail{};
+        EXPECT_EQ(c.read(file.path(), &detail), 10005) << c.where;
+        EXPECT_EQ(detail.code, 10005) << c.where;
+        EXPECT_STREQ(detail.where, c.where);
+    }
+}
+
 struct CtlCase {
     const char* name;
     const char* address;

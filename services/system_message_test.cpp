@@ -7,13 +7,6 @@
 
 namespace {
 
-TEST(FmtSystemMsg, CopiesTheSystemText) {
-    char buf[256];
-    std::size_t n = fmtSystemMsg(ENOENT, 0, buf, sizeof buf, 1);
-    EXPECT_STREQ(buf, std::strerror(ENOENT));
-    EXPECT_EQ(n, std::strlen(std::strerror(ENOENT)));
-}
-
 TEST(FmtSystemMsg, CutsToTheBufferAndTerminates) {
     char buf[8];
     std::memset(buf, '#', sizeof buf);
