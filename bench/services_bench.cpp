@@ -15,23 +15,34 @@ namespace {
 
 constexpr int kServices = 1000;
 
-std::string write_broker_file() {
-    char pattern[] = "/tmp/qorvel_services_bench_XXXXXX";
-    std::string path = std::string(mkdtemp(pattern)) + "/ubroker.properties";
-    std::ofstream out(path);
-    out << "[UBroker]\nportNumber=3000\nsrvrLogFile=ub.log\nworkDir=/var/ub\n"
-        << "[UBroker.CV]\nsrvrExecFile=/opt/bin/_morvant -q\n";
-    for (int i = 0; i < kServices; ++i) {
-        out << "[UBroker.CV.svc" << i << "]\n"
-            << "portNumber=" << 4000 + i << "\nsrvrLogFile=svc" << i << ".log\n"
-            << "srvrStartupParam=-p web/objects/web-disp.p -db sports" << i << "\n"
-            << "uuid=0a1b2c3d-" << i << "\n";
+// The generated broker file; its directory goes when the program ends.
+class BrokerFile {
+  public:
+    BrokerFile() {
+        char pattern[] = "/tmp/qorvel_services_bench_XXXXXX";
+        dir_ = mkdtemp(pattern);
+        path_ = dir_ + "/ubroker.properties";
+        std::ofstream out(path_);
+        out << "[UBroker]\nportNumber=3000\nsrvrLogFile=ub.log\nworkDir=/var/ub\n"
+            << "[UBroker.CV]\nsrvrExecFile=/opt/bin/_morvant -q\n";
+        for (int i = 0; i < kServices; ++i) {
+            out << "[UBroker.CV.svc" << i << "]\n"
+                << "portNumber=" << 4000 + i << "\nsrvrLogFile=svc" << i << ".log\n"
+                << "srvrStartupParam=-p web/objects/web-disp.p -db sports" << i << "\n"
+                << "uuid=0a1b2c3d-" << i << "\n";
+        }
     }
-    return path;
-}
+    ~BrokerFile() { std::filesystem::remove_all(dir_); }
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string dir_;
+    std::string path_;
+};
 
 void BM_ReadLastBroker(benchmark::State& state) {
-    static const std::string path = write_broker_file();
+    static const BrokerFile file;
+    const std::string& path = file.path();
     const std::string last = "svc" + std::to_string(kServices - 1);
     auto record = std::make_unique<UBSERVICEINFO>();
     for (auto _ : state) {
