@@ -16,7 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 class DebugLog : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         dir_ = fs::temp_directory_path() / ("qorvel_log_" + std::to_string(::getpid()));
         fs::create_directories(dir_);
