@@ -37,10 +37,20 @@ class DebugLog : public ::testing::Test {
 
 const std::string kStamp = R"(\n\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4} :: )";
 
-TEST_F(DebugLog, NullHandleIsIgnoredByEveryRoutine) {
+// A handle whose opening failed must not fall back to a console stream, and
+// the dumps must not read the data they would have shown.
+TEST(NullHandle, WritesNothingAnywhere) {
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
     LogMsg(nullptr, 1, 1, "%s", "nothing");
     FlushLogfile(nullptr);
     CloseLogfile(nullptr);
+    LogDump(nullptr, 1, 1, nullptr, 100, "x");
+    LogDumpEbcdic(nullptr, 1, 1, nullptr, 100, "x");
+    LogPbCb(nullptr, 1, 1, nullptr, 100, "x");
+    LogRequest(nullptr, 1, 1, nullptr, "x");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
 TEST_F(DebugLog, UnstampedMessagesBuildOneLineStampedOnesStartANewEntry) {

@@ -82,13 +82,6 @@ TEST(Dumps, StampPrecedesTheHeader) {
     EXPECT_TRUE(std::regex_match(got, stamped)) << got;
 }
 
-TEST(Dumps, NullHandleWritesNothingAndReadsNothing) {
-    LogDump(nullptr, 1, 1, nullptr, 100, "x");
-    LogDumpEbcdic(nullptr, 1, 1, nullptr, 100, "x");
-    LogPbCb(nullptr, 1, 1, nullptr, 100, "x");
-    LogRequest(nullptr, 1, 1, nullptr, "x");
-}
-
 TEST(LogPbCb, WritesTheBytesAsOneLineOfText) {
     std::string got = captured([](FILE* log) { LogPbCb(log, 0, 0, "ab\x01\x7F c~", 7, "pb:"); });
     EXPECT_EQ(got, "pb:ab.. c~\n");
