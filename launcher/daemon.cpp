@@ -51,10 +51,11 @@ void wait_and_exit(int suspend) {
 }
 
 // Supplementary groups of the target user, so none of the superuser's survive.
-int set_supplementary_groups(uid_t uid, gid_t gid) {
-    const passwd* entry = getpwuid(uid);
-    int rc = entry != nullptr ? initgroups(entry->pw_name, gid) : setgroups(1, &gid);
-    return rc == 0 ? 0 : fail(errno, "can't setgid, errno =%d\n");
+// The name as given decides, since two names may share one id; it is a real
+// account name here, because switching users always passes the password check.
+int set_supplementary_groups(const char* user, gid_t gid) {
+    if (initgroups(user, gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
+    return 0;
 }
 
 // The user switch must be one way: afterwards the superuser cannot be regained.
@@ -66,21 +67,24 @@ int switch_user(uid_t uid) {
     return 0;
 }
 
-int become_daemon(const char* user, const char* group, uid_t uid, gid_t gid) {
-    bool superuser = getuid() == 0;
-    if (uid != 0 && superuser) {
-        if (int rc = set_supplementary_groups(uid, gid != 0 ? gid : getgid())) return rc;
+// Supplementary groups, then group, then user: each step needs the privilege
+// that the next one gives up. Only the superuser changes users; anyone else
+// keeps their own identity and only tries the group.
+int switch_identity(const char* user, const char* group, uid_t uid, gid_t gid) {
+    bool change_user = uid != 0 && getuid() == 0;
+    if (change_user) {
+        if (int rc = set_supplementary_groups(user, gid != 0 ? gid : getgid())) return rc;
     }
     if (gid != 0) {
         trace("Exec in group (setgid) (%s)\n", group);
         if (setgid(gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
     }
-    if (uid != 0) {
-        trace("Exec as user (setuid) (%s)\n", user);
-        if (superuser) {
-            if (int rc = switch_user(uid)) return rc;
-        }
-    }
+    if (uid != 0) trace("Exec as user (setuid) (%s)\n", user);
+    return change_user ? switch_user(uid) : 0;
+}
+
+int become_daemon(const char* user, const char* group, uid_t uid, gid_t gid) {
+    if (int rc = switch_identity(user, group, uid, gid)) return rc;
     if (setsid() == -1) {
         int code = errno;
         if (verbose()) outMessage(code, "can't setsid, errno\n");

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
+
 #include "launcher/settings.h"
 #include "util/bounded_text.h"
 
@@ -52,6 +55,15 @@ TEST(NameToId, NumbersAndNames) {
         {"unknown_name", "no-such-group-qv", 0},
     };
     for (const IdCase& c : groups) EXPECT_EQ(gname2id(c.text), c.expected) << c.name;
+}
+
+TEST(ChildStart, ARefusedPasswordIsWipedAndNothingForks) {
+    settings = LaunchSettings{};
+    bounded_copy(settings.outputDesc, "none");
+    unsetenv("QRB_AUTH_DEBUG");
+    char password[kIdentityFieldSize] = "secret";
+    EXPECT_EQ(child_start("no-such-user-qv", "", password, 0), kPasswordRefused);
+    EXPECT_EQ(std::string(password, 6), std::string(6, '\0'));
 }
 
 }  // namespace

@@ -25,6 +25,7 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo 'dave:x:2004:2004::/tmp:/bin/sh'
     echo 'erin:X:2005:2005::/tmp:/bin/sh'
     echo "frank:$(perl -e 'print crypt("frank-pass", "fr")'):2006:2006::/tmp:/bin/sh"
+    echo 'ally:x:2001:2001::/tmp:/bin/sh'
   } > "$etc/passwd"
   {
     echo 'root:*:19000:0:99999:7:::'
@@ -33,13 +34,14 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo "carol:$(openssl passwd -6 sha-pass):19000:0:99999:7:::"
     echo "dave:$(perl -e 'print crypt("yes-pass", $ARGV[0])' "$yescrypt_salt"):19000:0:99999:7:::"
     echo "erin:$(openssl passwd -6 erin-pass):19000:0:99999:7:::"
+    echo "ally:$(openssl passwd -6 ally-pass):19000:0:99999:7:::"
   } > "$etc/shadow"
   chmod 600 "$etc/shadow"
   {
     echo 'root:x:0:'
     echo 'alice:x:2001:'
     echo 'devs:x:3000:alice,frank'
-    echo 'staff:x:3001:'
+    echo 'staff:x:3001:ally'
   } > "$etc/group"
   for f in passwd shadow group; do mount --bind "$etc/$f" "/etc/$f"; done
 }
@@ -59,23 +61,24 @@ seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 
 # Every hash method: the child runs as the user, in the group, with no group of root left.
 @test "each hash method verifies and the child becomes the user in the group" {
-  while IFS='|' read -r name spec uid gid; do
+  while IFS='|' read -r name spec uid gid groups; do
     run --separate-stderr "$QORVEL" -s -r 022 -u "$spec" -1 out.txt "$FAKE_JVM"
     [ "$status" -eq 0 ] || { echo "$name: $status $stderr"; false; }
     [ "$(seen uid out.txt)/$(seen euid out.txt)" = "$uid/$uid" ] || { echo "$name"; false; }
     [ "$(seen gid out.txt)/$(seen egid out.txt)" = "$gid/$gid" ] || { echo "$name"; false; }
-    [ "$(seen groups out.txt)" = 3000 ] || { echo "$name: $(seen groups out.txt)"; false; }
+    [ "$(seen groups out.txt)" = "$groups" ] || { echo "$name: $(seen groups out.txt)"; false; }
     [ "$(seen sid out.txt)" = "$(seen pid out.txt)" ] || { echo "$name"; false; }
     [ "$(seen umask out.txt)" = 0022 ] || { echo "$name"; false; }
     rm out.txt
   done <<'CASES'
-traditional_des|alice:devs:des-pass|2001|3000
-md5_dollar_one|bob:devs:md5-pass|2002|3000
-sha512|carol:devs:sha-pass|2003|3000
-yescrypt|dave:devs:yes-pass|2004|3000
-capital_x_field_reads_shadow|erin:devs:erin-pass|2005|3000
-hash_in_passwd_itself|frank:devs:frank-pass|2006|3000
-numeric_group|carol:#3000:sha-pass|2003|3000
+traditional_des|alice:devs:des-pass|2001|3000|3000
+md5_dollar_one|bob:devs:md5-pass|2002|3000|3000
+sha512|carol:devs:sha-pass|2003|3000|3000
+yescrypt|dave:devs:yes-pass|2004|3000|3000
+capital_x_field_reads_shadow|erin:devs:erin-pass|2005|3000|3000
+hash_in_passwd_itself|frank:devs:frank-pass|2006|3000|3000
+numeric_group|carol:#3000:sha-pass|2003|3000|3000
+second_name_of_an_id_gets_its_own_groups|ally:devs:ally-pass|2001|3000|3000,3001
 CASES
 }
 
