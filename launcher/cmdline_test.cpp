@@ -15,8 +15,9 @@ namespace {
 
 HeapText heap(const char* text) {
     if (!text) return nullptr;
-    HeapText t(new char[std::strlen(text) + 1]);
-    std::strcpy(t.get(), text);
+    std::size_t size = std::strlen(text) + 1;
+    HeapText t(new char[size]);
+    bounded_copy(t.get(), size, text);
     return t;
 }
 
@@ -34,6 +35,7 @@ TEST(CreateCmdLine, RendersTheCommandAsOneQuotedLine) {
     setenv("JVMARGS", "-Xa -Xb", 1);
     setenv("QV_DIR", "/my dir", 1);
     unsetenv("QV_UNSET");
+    const std::string fills(2048 - 5, 'w');  // with "java " before it, exactly 2048
     const std::string tooLong(2049, 'w');
     const Case cases[] = {
         {"single word", {"java"}, nullptr, nullptr, nullptr, 0, "java "},
@@ -75,6 +77,13 @@ TEST(CreateCmdLine, RendersTheCommandAsOneQuotedLine) {
          0,
          "java \"/my dir/x\" "},
         {"unexpandable word", {"java", "$QV_UNSET"}, nullptr, nullptr, nullptr, 22, "java "},
+        {"line of exactly 2048 characters",
+         {"java", fills.c_str()},
+         nullptr,
+         nullptr,
+         nullptr,
+         0,
+         "java " + fills + " "},
         {"line over 2048 characters",
          {"java", tooLong.c_str()},
          nullptr,
