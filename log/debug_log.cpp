@@ -68,6 +68,7 @@ void FlushLogfile(FILE* log) {
 }
 
 int get_random(int n) {
+    if (n < 1) return 0;  // no range to draw from; a modulo by it would trap
     if (!random_seeded) {
         std::srand(static_cast<unsigned>(std::time(nullptr)));
         random_seeded = true;

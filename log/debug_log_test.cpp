@@ -96,6 +96,8 @@ TEST_F(DebugLog, UnopenableFileGivesNoHandleAndKeepsTheName) {
 
 TEST(GetRandom, StaysWithinOneToN) {
     for (int i = 0; i < 200; ++i) EXPECT_EQ(get_random(1), 1);
+    EXPECT_EQ(get_random(0), 0);
+    EXPECT_EQ(get_random(-3), 0);
     for (int i = 0; i < 200; ++i) {
         int r = get_random(6);
         EXPECT_GE(r, 1);

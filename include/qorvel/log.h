@@ -41,7 +41,8 @@ QORVEL_API void CloseLogfile(FILE* log);
 /* Writes out what the stream holds buffered. */
 QORVEL_API void FlushLogfile(FILE* log);
 
-/* A pseudo-random number from 1 to n (n > 0); seeds rand() once per process. */
+/* A pseudo-random number from 1 to n; 0 when n < 1. Seeds rand() once per
+ * process. */
 QORVEL_API int get_random(int n);
 
 /* ---- Data dumps ---------------------------------------------------------
