@@ -46,7 +46,8 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "read %ld failed\n", i);
             return 1;
         }
-        if (i == reads / 10 || i == reads) std::printf("after %ld reads: peak %ld KiB\n", i, peak_kib());
+        if (i == reads / 10 || i == reads)
+            std::printf("after %ld reads: peak %ld KiB\n", i, peak_kib());
     }
     unlink(path.c_str());
     return 0;

@@ -20,11 +20,11 @@ int getValue(const char* name, char* dst, std::size_t size) {
 
 // One left-to-right pass over the source; all state lives on the caller's stack.
 class Expansion {
-public:
+  public:
     bool run(std::string_view src);
     const char* result() const { return output_; }
 
-private:
+  private:
     bool substitute();
     void emit(char c) { emit(std::string_view(&c, 1)); }
     void emit(std::string_view text) {

@@ -9,7 +9,7 @@
 namespace {
 
 class ExpandEnvvars : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         setenv("HOME", "/home/u", 1);
         setenv("A", "1", 1);
@@ -64,8 +64,7 @@ TEST_F(ExpandEnvvars, LiteralCharacters) {
 
 TEST_F(ExpandEnvvars, FailuresLeaveTheDestinationUntouched) {
     const char* failing[] = {
-        "$UNSET_QV",  "a/${UNSET_QV}/b", "$HOME.x", "${A", "$",
-        "$$",         "$/",              "ok $A then $UNSET_QV",
+        "$UNSET_QV", "a/${UNSET_QV}/b", "$HOME.x", "${A", "$", "$$", "$/", "ok $A then $UNSET_QV",
     };
     for (const char* src : failing) {
         char dst[QORVEL_EXPAND_MAX] = "sentinel";

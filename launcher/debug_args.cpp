@@ -27,7 +27,8 @@ std::vector<std::size_t> find_identity_values(int argc, char** argv) {
     opt::optind = 0;
     for (int c; (c = opt::getopt(argc, argv, opt::kOptionString)) != -1;) {
         // The parser leaves optind on the word that holds the value it returned.
-        if (c == 'u') starts[opt::optind] = static_cast<std::size_t>(opt::optarg - argv[opt::optind]);
+        if (c == 'u')
+            starts[opt::optind] = static_cast<std::size_t>(opt::optarg - argv[opt::optind]);
     }
     opt::opterr = saved_opterr;
     return starts;
@@ -62,8 +63,7 @@ void dump_argv(char** argv) {
         if (masked_from == std::string_view::npos) {
             trace("arg[%d] = (%s)\n", i, argv[i]);
         } else {
-            trace("arg[%d] = (%.*s%s)\n", i, static_cast<int>(masked_from), argv[i],
-                  kIdentityMask);
+            trace("arg[%d] = (%.*s%s)\n", i, static_cast<int>(masked_from), argv[i], kIdentityMask);
         }
         after_u = masked_from == std::string_view::npos && word == "-u";
     }

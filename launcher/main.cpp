@@ -14,8 +14,8 @@ namespace {
 
 // Runs at every normal exit, the daemon parent's included; not after exec.
 void cleanup() {
-    for (int fd : {qorvel::settings.stdin_fd, qorvel::settings.stdout_fd,
-                   qorvel::settings.stderr_fd}) {
+    for (int fd :
+         {qorvel::settings.stdin_fd, qorvel::settings.stdout_fd, qorvel::settings.stderr_fd}) {
         if (fd != -1) close(fd);
     }
 }

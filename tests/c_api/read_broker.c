@@ -1,9 +1,8 @@
 /* A C caller of the shared library: reads one broker record through the
  * public header. Argument: a properties file with service UBroker.CV.demo. */
+#include <qorvel/services.h>
 #include <stdio.h>
 #include <string.h>
-
-#include <qorvel/services.h>
 
 int main(int argc, char** argv) {
     static UBSERVICEINFO record;
