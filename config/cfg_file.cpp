@@ -8,7 +8,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "config/file_access.h"
 #include "config/text_split.h"
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
@@ -28,7 +27,7 @@ constexpr std::size_t kHeaderTextSize = CFG_SECTION_NAME_MAX + 3;
 long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handle) {
     const char* fromEnv = envVarName ? std::getenv(envVarName) : nullptr;
     const char* chosen = fromEnv && *fromEnv               ? fromEnv
-                         : qorvel::cfg::is_afile(fileName) ? fileName
+                         : is_afile(fileName) ? fileName
                                                            : nullptr;
     if (chosen) return qorvel::bounded_copy(handle->fileName, chosen) ? 0 : ENAMETOOLONG;
 

@@ -180,7 +180,7 @@ TEST_F(OpenCfg, ReportsFailures) {
     EXPECT_EQ(opencfg(nullptr, nullptr, nullptr, &h), ENAMETOOLONG);
 }
 
-TEST_F(OpenCfg, InstallPathAndDirectoryTests) {
+TEST_F(OpenCfg, InstallPathAndPathKinds) {
     char buf[256] = "keep";
     char* p = buf;
     EXPECT_EQ(getInstallPath(&p, sizeof buf), 0);
@@ -195,6 +195,10 @@ TEST_F(OpenCfg, InstallPathAndDirectoryTests) {
     EXPECT_EQ(is_directory((vtx_ + "/nothing").c_str()), 0);
     TempFile file("x\n");
     EXPECT_EQ(is_directory(file.path()), 0);
+    EXPECT_EQ(is_afile(file.path()), 1);
+    EXPECT_EQ(is_afile(vtx_.c_str()), 0);
+    EXPECT_EQ(is_afile("/dev/null"), 0);
+    EXPECT_EQ(is_afile((vtx_ + "/nothing").c_str()), 0);
 }
 
 }  // namespace

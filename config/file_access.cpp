@@ -1,5 +1,3 @@
-#include "config/file_access.h"
-
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -8,14 +6,10 @@
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
 
-namespace qorvel::cfg {
-
-int is_afile(const char* path) {
+extern "C" int is_afile(const char* path) {
     struct stat info;
     return path && stat(path, &info) == 0 && S_ISREG(info.st_mode) ? 1 : 0;
 }
-
-}  // namespace qorvel::cfg
 
 extern "C" int is_directory(const char* path) {
     struct stat info;

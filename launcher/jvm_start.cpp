@@ -1,7 +1,6 @@
 #include "launcher/jvm_start.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,6 +8,7 @@
 #include "launcher/console.h"
 #include "launcher/jvm_args.h"
 #include "launcher/settings.h"
+#include "qorvel/config.h"
 
 namespace qorvel {
 namespace {
@@ -60,11 +60,6 @@ int redirect_streams() {
 }
 
 }  // namespace
-
-int is_afile(const char* path) {
-    struct stat info;
-    return stat(path, &info) == 0 && S_ISREG(info.st_mode) ? 1 : 0;
-}
 
 int start_jvm(int /*count*/, char** tail) {
     trace("FCN: start_jvm() - UNIX, execute the process\n");

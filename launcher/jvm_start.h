@@ -3,9 +3,6 @@
 
 namespace qorvel {
 
-// 1 when `path` names an existing regular file, else 0.
-int is_afile(const char* path);
-
 // Builds the vector from `tail` (the program word and its arguments,
 // NULL-terminated), redirects standard input, output and error to the
 // configured files in that order, and execs. Returns only on failure, with the

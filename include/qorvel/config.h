@@ -122,6 +122,10 @@ QORVEL_API void spc_copy(char* destination, const char* text, int width);
 /* 1 when `path` (symbolic links followed) is a directory, else 0. */
 QORVEL_API int is_directory(const char* path);
 
+/* 1 when `path` (symbolic links followed) is a regular file, else 0: a
+ * directory or a device is not a file to read settings or input from. */
+QORVEL_API int is_afile(const char* path);
+
 QORVEL_END_DECLS
 
 #endif
