@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -91,12 +92,17 @@ extern "C" long getProperties(long count, int substitute, const char* fileName,
     std::vector<qorvel::PropertyRequest> requests;
     std::va_list args;
     va_start(args, sectionName);
-    for (long i = 0; i < count; ++i) {
-        const char* key = va_arg(args, const char*);
-        char* buffer = va_arg(args, char*);
-        if (!key || !buffer) break;
-        requests.push_back({key, buffer, capacity});
+    long rc = 0;
+    try {  // no exception may cross into a C caller
+        for (long i = 0; i < count; ++i) {
+            const char* key = va_arg(args, const char*);
+            char* buffer = va_arg(args, char*);
+            if (!key || !buffer) break;
+            requests.push_back({key, buffer, capacity});
+        }
+    } catch (const std::bad_alloc&) {
+        rc = ENOMEM;
     }
     va_end(args);
-    return qorvel::read_properties(substitute, fileName, sectionName, requests);
+    return rc != 0 ? rc : qorvel::read_properties(substitute, fileName, sectionName, requests);
 }
