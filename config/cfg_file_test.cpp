@@ -3,6 +3,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -14,65 +15,46 @@ namespace {
 using qorvel::testing::TempFile;
 
 const std::string kSections =
-    "top=1\n"
-    "# [Commented]\n"
-    "[UBroker] first\n"
-    "a=1\n"
-    "[ UBroker.CV ]\n"
-    "[ubroker.cv] # defaults\n"
-    "b=2\n"
-    "[UBroker.CV.broker1]\n"
-    "[UBroker.CVX]\n"
-    "[]\n"
-    "[UBroker.CV.broker2]\n"
-    "[Other]\n"
-    "[UBroker.CV.broker1]\n"
+    "top=1\n# [Commented]\n[UBroker] first\na=1\n[ UBroker.CV ]\n[ubroker.cv] # defaults\nb=2\n"
+    "[UBroker.CV.broker1]\n[UBroker.CVX]\n[]\n[UBroker.CV.broker2]\n[Other]\n[UBroker.CV.broker1]\n"
     "[Last]";
 
-TEST(FindSection, MatchesTheHeadersFirstWordWithoutCase) {
-    TempFile file(kSections);
-    struct Case {
-        const char* name;
-        const char* section;
-        bool found;
-    } const cases[] = {
-        {"header followed by text", "UBroker", true},
-        {"case differs, trailing comment", "UBroker.CV", true},
-        {"blanks inside brackets never match", " UBroker.CV ", false},
-        {"commented header is ignored", "Commented", false},
-        {"last line without newline is unseen", "Last", false},
-        {"absent section", "Nowhere", false},
-    };
-    for (const auto& c : cases) {
-        CFGHANDLE h;
-        ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &h), 0);
-        EXPECT_EQ(find_Section(c.section, &h), c.found ? 1 : 0) << c.name;
-        if (c.found) {
-            EXPECT_EQ(std::string(h.sectionHeader), std::string("[") + c.section + "]") << c.name;
-            EXPECT_GT(h.sectionOffset, 0) << c.name;
-        } else {
-            EXPECT_STREQ(h.sectionHeader, "") << c.name;
-        }
-        closecfg(&h);
-    }
-}
-
-TEST(FindSection, FailedSearchKeepsTheCurrentSection) {
+TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
     TempFile file(kSections);
     CFGHANDLE h;
-    ASSERT_EQ(opencfg("UBroker", nullptr, file.path(), &h), 0);
-    long offset = h.sectionOffset;
-    EXPECT_EQ(find_Section("Nowhere", &h), 0);
-    EXPECT_STREQ(h.sectionHeader, "[UBroker]");
-    EXPECT_EQ(h.sectionOffset, offset);
-    EXPECT_EQ(find_Section(std::string(254, 'n').c_str(), &h), 0);  // too long to name a header
+    ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &h), 0);
+    const std::string tooLong(254, 'n');
+    struct Case {
+        const char *why, *section;
+        int found;
+    } const cases[] = {
+        {"header followed by text", "UBroker", 1},
+        {"absent section", "Nowhere", 0},
+        {"case differs, trailing comment; header as asked", "UBroker.CV", 1},
+        {"blanks inside brackets never match", " UBroker.CV ", 0},
+        {"commented header is ignored", "Commented", 0},
+        {"last line without newline is unseen", "Last", 0},
+        {"too long to name a header", tooLong.c_str(), 0},
+    };
+    std::string header;
+    long offset = 0;
+    for (const auto& c : cases) {
+        EXPECT_EQ(find_Section(c.section, &h), c.found) << c.why;
+        if (c.found) {
+            header = "[" + std::string(c.section) + "]";
+            EXPECT_GT(h.sectionOffset, offset) << c.why;
+            offset = h.sectionOffset;
+        }
+        EXPECT_EQ(h.sectionHeader, header) << c.why;
+        EXPECT_EQ(h.sectionOffset, offset) << c.why;
+    }
     closecfg(&h);
     closecfg(&h);  // twice is harmless
     EXPECT_EQ(h.fp, nullptr);
     EXPECT_STREQ(h.sectionHeader, "");
 }
 
-TEST(FindNextSection, ReportsChildrenInFileOrder) {
+TEST(FindNextSection, ReportsChildrenInFileOrderCutToTheBuffer) {
     TempFile file(kSections);
     CFGHANDLE h;
     ASSERT_EQ(opencfg("UBroker.CV", nullptr, file.path(), &h), 0);
@@ -82,16 +64,9 @@ TEST(FindNextSection, ReportsChildrenInFileOrder) {
     EXPECT_EQ(found, (std::vector<std::string>{"broker1", "CVX", "broker2", "broker1"}));
     EXPECT_EQ(find_NextSection("UBroker.CV", name, sizeof name, &h), CFG_NO_MORE_SECTIONS);
     EXPECT_STREQ(h.sectionHeader, "[UBroker.CV]");  // enumeration leaves the header alone
-    closecfg(&h);
-}
-
-TEST(FindNextSection, CutsTheNameToTheCallersBuffer) {
-    TempFile file("[P.abcdefgh]\n");
-    CFGHANDLE h;
-    ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &h), 0);
-    char name[4];
-    EXPECT_EQ(find_NextSection("P", name, sizeof name, &h), 0);
-    EXPECT_STREQ(name, "abc");
+    ASSERT_EQ(find_Section("UBroker.CV", &h), 1);   // and a search starts it over
+    EXPECT_EQ(find_NextSection("UBroker.CV", name, 4, &h), 0);
+    EXPECT_STREQ(name, "bro");
     closecfg(&h);
 }
 
@@ -101,104 +76,80 @@ class OpenCfg : public ::testing::Test {
         char tmpl[] = "/tmp/qorvel_vtx_XXXXXX";
         vtx_ = mkdtemp(tmpl);
         mkdir((vtx_ + "/properties").c_str(), 0755);
+        mkdir((vtx_ + "/properties/dir").c_str(), 0755);
         setenv("VTX", vtx_.c_str(), 1);
-        unsetenv("QORVEL_CFG_FILE");
+        setenv("QORVEL_CFG_FILE", named_.path(), 1);
+        setenv("QORVEL_EMPTY_VAR", "", 1);
     }
-    void TearDown() override {
-        std::string cmd = "rm -rf " + vtx_;
-        EXPECT_EQ(std::system(cmd.c_str()), 0);
+    void TearDown() override { EXPECT_EQ(std::system(("rm -rf " + vtx_).c_str()), 0); }
+
+    // Opens with `section` and `file`; the status and the resolved path, or "" when closed.
+    std::pair<long, std::string> open(const char* section, const char* env, const char* file) {
+        CFGHANDLE h;
+        long rc = opencfg(section, env, file, &h);
+        std::pair<long, std::string> result{rc, h.fp ? h.fileName : ""};
+        closecfg(&h);
+        return result;
     }
+
     std::string vtx_;
+    TempFile local_{"[Here]\n"}, named_{"[Named]\n"};
 };
 
 TEST_F(OpenCfg, ResolvesTheFile) {
-    TempFile local("[Here]\n");
     TempFile installed("[UBroker]\n", (vtx_ + "/properties").c_str());
     std::string installedDefault = vtx_ + "/properties/ubroker.properties";
-    TempFile named("[Named]\n");
-    FILE* f = fopen(installedDefault.c_str(), "w");
-    fputs("[ubroker]\n", f);
-    fclose(f);
-    setenv("QORVEL_EMPTY_VAR", "", 1);
-
+    std::ofstream(installedDefault) << "[ubroker]\n";
     struct Case {
-        const char* name;
-        const char* env;
-        const char* file;
+        const char *why, *env, *file;
         std::string expected;
     } const cases[] = {
-        {"an existing file is taken as given", nullptr, local.path(), local.path()},
+        {"an existing file is taken as given", nullptr, local_.path(), local_.path()},
         {"a bare name is looked up under VTX", nullptr, installed.name(), installed.path()},
         {"no name opens ubroker.properties", nullptr, nullptr, installedDefault},
-        {"the variable wins over an existing file", "QORVEL_CFG_FILE", local.path(), named.path()},
-        {"an empty variable counts as unset", "QORVEL_EMPTY_VAR", local.path(), local.path()},
+        {"the variable wins over an existing file", "QORVEL_CFG_FILE", local_.path(),
+         named_.path()},
+        {"an empty variable counts as unset", "QORVEL_EMPTY_VAR", local_.path(), local_.path()},
     };
-    setenv("QORVEL_CFG_FILE", named.path(), 1);
-    for (const auto& c : cases) {
-        CFGHANDLE h;
-        EXPECT_EQ(opencfg(nullptr, c.env, c.file, &h), 0) << c.name;
-        EXPECT_EQ(std::string(h.fileName), c.expected) << c.name;
-        EXPECT_EQ(h.sectionOffset, 0) << c.name;
-        closecfg(&h);
-    }
-    CFGHANDLE h;
-    EXPECT_EQ(opencfg("UBROKER", nullptr, nullptr, &h), 0);
-    EXPECT_STREQ(h.sectionHeader, "[UBROKER]");  // the asked-for spelling
-    closecfg(&h);
+    for (const auto& c : cases) EXPECT_EQ(open(nullptr, c.env, c.file), std::pair(0L, c.expected));
 }
 
 TEST_F(OpenCfg, ReportsFailures) {
-    TempFile local("[Here]\n");
-    std::string longName(300, 'x');
-    std::string longSection(CFG_SECTION_NAME_MAX + 1, 's');
-    mkdir((vtx_ + "/properties/dir").c_str(), 0755);
+    std::string longName(300, 'x'), longSection(CFG_SECTION_NAME_MAX + 1, 's'), longVtx(256, 'v');
+    std::string dir = vtx_ + "/properties/dir";
     struct Case {
-        const char* name;
-        bool vtxSet;
-        const char* section;
-        const char* file;
+        const char* why;
+        const char* vtx;  // nullptr: unset
+        const char *section, *file;
         long expected;
+        std::string openFile;  // what stays open
     } const cases[] = {
-        {"VTX unset", false, nullptr, "my.properties", CFG_NOT_FOUND},
-        {"missing file under VTX", true, nullptr, "my.properties", ENOENT},
-        {"absent section keeps the file open", true, "Nowhere", local.path(), CFG_NO_SECTION},
-        {"a directory reads as a file without sections", true, "S", "dir", CFG_NO_SECTION},
-        {"path too long for the handle", true, nullptr, longName.c_str(), ENAMETOOLONG},
-        {"section name too long to search for", true, longSection.c_str(), local.path(),
-         ENAMETOOLONG},
+        {"VTX unset", nullptr, nullptr, "my.properties", CFG_NOT_FOUND, ""},
+        {"missing file under VTX", vtx_.c_str(), nullptr, "my.properties", ENOENT, ""},
+        {"absent section", vtx_.c_str(), "Nowhere", local_.path(), CFG_NO_SECTION, local_.path()},
+        {"a directory reads as a file without sections", vtx_.c_str(), "S", "dir", CFG_NO_SECTION,
+         dir},
+        {"a directory is not taken as the file", vtx_.c_str(), nullptr, vtx_.c_str(), ENOENT, ""},
+        {"a device is not taken as the file", vtx_.c_str(), nullptr, "/dev/null", ENOENT, ""},
+        {"path too long", vtx_.c_str(), nullptr, longName.c_str(), ENAMETOOLONG, ""},
+        {"VTX too long", longVtx.c_str(), nullptr, nullptr, ENAMETOOLONG, ""},
+        {"section too long", vtx_.c_str(), longSection.c_str(), local_.path(), ENAMETOOLONG, ""},
     };
     for (const auto& c : cases) {
-        if (!c.vtxSet) unsetenv("VTX");
-        CFGHANDLE h;
-        EXPECT_EQ(opencfg(c.section, nullptr, c.file, &h), c.expected) << c.name;
-        EXPECT_EQ(h.fp != nullptr, c.expected == CFG_NO_SECTION) << c.name;
-        closecfg(&h);
-        setenv("VTX", vtx_.c_str(), 1);
+        c.vtx ? setenv("VTX", c.vtx, 1) : unsetenv("VTX");
+        EXPECT_EQ(open(c.section, nullptr, c.file), std::pair(c.expected, c.openFile)) << c.why;
     }
-    setenv("VTX", std::string(256, 'v').c_str(), 1);
-    CFGHANDLE h;
-    EXPECT_EQ(opencfg(nullptr, nullptr, nullptr, &h), ENAMETOOLONG);
 }
 
-TEST_F(OpenCfg, InstallPathAndPathKinds) {
-    char buf[256] = "keep";
-    char* p = buf;
+TEST_F(OpenCfg, InstallPathIsCopiedWholeOrNotAtAll) {
+    char buf[256], small[4] = "old";
+    char *p = buf, *q = small;
     EXPECT_EQ(getInstallPath(&p, sizeof buf), 0);
-    EXPECT_EQ(std::string(buf), vtx_);
-    char small[4] = "old";
-    p = small;
-    EXPECT_EQ(getInstallPath(&p, sizeof small), ENAMETOOLONG);
+    EXPECT_EQ(buf, vtx_);
+    EXPECT_EQ(getInstallPath(&q, sizeof small), ENAMETOOLONG);
     EXPECT_STREQ(small, "old");
-    unsetenv("VTX");
-    EXPECT_EQ(getInstallPath(&p, sizeof small), CFG_NOT_FOUND);
     EXPECT_EQ(is_directory(vtx_.c_str()), 1);
-    EXPECT_EQ(is_directory((vtx_ + "/nothing").c_str()), 0);
-    TempFile file("x\n");
-    EXPECT_EQ(is_directory(file.path()), 0);
-    EXPECT_EQ(is_afile(file.path()), 1);
-    EXPECT_EQ(is_afile(vtx_.c_str()), 0);
-    EXPECT_EQ(is_afile("/dev/null"), 0);
-    EXPECT_EQ(is_afile((vtx_ + "/nothing").c_str()), 0);
+    EXPECT_EQ(is_directory(local_.path()), 0);
 }
 
 }  // namespace

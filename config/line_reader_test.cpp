@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -18,126 +19,72 @@ std::vector<std::string> read_lines(const std::string& text, int limit) {
     return lines;
 }
 
-struct LineCase {
-    const char* name;
-    std::string text;
-    std::vector<std::string> lines;
-};
-
 TEST(CfgGetline, LineGrammar) {
-    const LineCase cases[] = {
-        {"leading blanks are skipped", "  \tkey=v\n", {"key=v"}},
-        {"a blank run reads as its first character", "a   b\t \tc\n", {"a b\tc"}},
-        {"a trailing space is dropped, a trailing tab stays", "a \nb\t\n", {"a", "b\t"}},
-        {"a comma joins the next line with one blank",
-         "classpath=a.jar,\n    b.jar,\n\n    c.jar\n",
-         {"classpath=a.jar, b.jar, c.jar"}},
-        {"a comment ending in a comma swallows the next line",
-         "# note,\nkey=v\n",
-         {"# note,key=v"}},
-        {"an entry ending in a comma swallows a header", "k=a,\n[S]\nx=1\n", {"k=a,[S]", "x=1"}},
-        {"carriage return ends no continuation", "k=a,\r\nb\r\n", {"k=a,\r", "b\r"}},
-        {"empty lines come through empty", "a\n\nb\n", {"a", "", "b"}},
-        {"a last line without newline is not seen", "a\nb", {"a"}},
-    };
-    for (const auto& c : cases) EXPECT_EQ(read_lines(c.text, 2048), c.lines) << c.name;
-}
-
-TEST(CfgGetline, LongLinesAreCutAndTheRestReadsOn) {
-    std::string physical(3000, 'x');
-    for (int limit : {2047, 2048}) {
-        auto lines = read_lines(physical + "\n", limit);
-        ASSERT_EQ(lines.size(), 2u) << limit;
-        EXPECT_EQ(lines[0].size(), static_cast<std::size_t>(limit - 1));
-        EXPECT_EQ(lines[1].size(), 3000u - static_cast<std::size_t>(limit));  // one lost at the cut
-    }
-}
-
-TEST(CfgGetline, BlankAtTheCutIsDiscarded) {
-    auto lines = read_lines("abc    def\n", 4);
-    EXPECT_EQ(lines, (std::vector<std::string>{"abc", "def"}));
-}
-
-struct SplitCase {
-    const char* name;
-    const char* line;
-    const char* first;  // keyword or word
-    const char* rest;
-};
-
-TEST(CfgGetkeyword, SplitsAtTheFirstUnescapedEquals) {
-    const SplitCase cases[] = {
-        {"plain entry", "key=value", "key", "value"},
-        {"blanks before = stay in the key", "key =value", "key ", "value"},
-        {"blanks after = are skipped", "key= \tvalue x", "key", "value x"},
-        {"escaped = stays in the key", "a\\=b=c", "a\\=b", "c"},
-        {"leading = gives an empty key", "=v", "", "v"},
-        {"no = gives an empty value", "  lonely", "lonely", ""},
-        {"a # inside is ordinary text", "key=value # note", "key", "value # note"},
-    };
-    for (const auto& c : cases) {
-        char line[64];
-        char keyword[64];
-        snprintf(line, sizeof line, "%s", c.line);
-        cfg_getkeyword(keyword, line);
-        EXPECT_STREQ(keyword, c.first) << c.name;
-        EXPECT_STREQ(line, c.rest) << c.name;
-    }
-}
-
-TEST(CfgGetword, SplitsAtUnescapedWhiteSpace) {
-    const SplitCase cases[] = {
-        {"first word and the rest", " a   b  c", "a", "b  c"},
-        {"escaped blank stays in the word", "a\\ b c", "a\\ b", "c"},
-        {"carriage return ends a word", "v\r", "v", ""},
-        {"single word", "word", "word", ""},
-    };
-    for (const auto& c : cases) {
-        char line[64];
-        char word[64];
-        snprintf(line, sizeof line, "%s", c.line);
-        cfg_getword(word, line);
-        EXPECT_STREQ(word, c.first) << c.name;
-        EXPECT_STREQ(line, c.rest) << c.name;
-    }
-}
-
-TEST(Getword, SplitsAtTheDelimiterWithoutSkippingBlanks) {
-    const SplitCase cases[] = {
-        {"delimiter found", " a:b:c", " a", "b:c"},
-        {"no delimiter takes everything", "abc", "abc", ""},
-        {"delimiter first", ":x", "", "x"},
-    };
-    for (const auto& c : cases) {
-        char text[64];
-        char word[64];
-        snprintf(text, sizeof text, "%s", c.line);
-        getword(word, text, ':');
-        EXPECT_STREQ(word, c.first) << c.name;
-        EXPECT_STREQ(text, c.rest) << c.name;
-    }
-}
-
-TEST(SpcLen, MeasuresSpacePaddedFields) {
     struct Case {
-        const char* name;
+        const char *why, *text;
+        int limit;
+        std::vector<std::string> lines;
+    } const cases[] = {
+        {"leading blanks are skipped", "  \tkey=v\n", 64, {"key=v"}},
+        {"a blank run reads as its first character", "a   b\t \tc\n", 64, {"a b\tc"}},
+        {"a trailing space is dropped, a trailing tab stays", "a \nb\t\n", 64, {"a", "b\t"}},
+        {"a comma joins lines", "cp=a.jar,\n    b.jar,\n\n    c\n", 64, {"cp=a.jar, b.jar, c"}},
+        {"an entry ending in a comma swallows a header",
+         "k=a,\n[S]\nx=1\n",
+         64,
+         {"k=a,[S]", "x=1"}},
+        {"carriage return ends no continuation", "k=a,\r\nb\r\n", 64, {"k=a,\r", "b\r"}},
+        {"empty lines come through empty", "a\n\nb\n", 64, {"a", "", "b"}},
+        {"a last line without newline is not seen", "a\nb", 64, {"a"}},
+        {"a long line is cut, one character lost", "abcdefg\n", 4, {"abc", "efg"}},
+        {"a blank at the cut is discarded", "abc    def\n", 4, {"abc", "def"}},
+    };
+    for (const auto& c : cases) EXPECT_EQ(read_lines(c.text, c.limit), c.lines) << c.why;
+}
+
+void split_at_colon(char* word, char* text) { getword(word, text, ':'); }
+
+TEST(Splitters, SplitInPlace) {
+    struct Case {
+        void (*split)(char*, char*);
+        const char *line, *first, *rest;
+    } const cases[] = {
+        {cfg_getkeyword, "key =value", "key ", "value"},  // blanks before = stay in the key
+        {cfg_getkeyword, "key= \tvalue x", "key", "value x"},
+        {cfg_getkeyword, "a\\=b=c", "a\\=b", "c"},  // an escaped = stays in the key
+        {cfg_getkeyword, "=v", "", "v"},
+        {cfg_getkeyword, "  lonely", "lonely", ""},
+        {cfg_getkeyword, "k=value # note", "k", "value # note"},  // a # inside is plain text
+        {cfg_getword, " a   b  c", "a", "b  c"},
+        {cfg_getword, "a\\ b c", "a\\ b", "c"},  // an escaped blank stays in the word
+        {cfg_getword, "v\r", "v", ""},
+        {split_at_colon, " a:b:c", " a", "b:c"},  // blanks are kept
+        {split_at_colon, "abc", "abc", ""},
+    };
+    for (const auto& c : cases) {
+        char line[64], first[64];
+        snprintf(line, sizeof line, "%s", c.line);
+        c.split(first, line);
+        EXPECT_STREQ(first, c.first) << c.line;
+        EXPECT_STREQ(line, c.rest) << c.line;
+    }
+}
+
+TEST(SpcLen, TrimsOnlyAFullFieldsTrailingSpaces) {
+    struct Case {
         const char* text;
         int width;
-        int expected;
         const char* copy;
-    } const cases[] = {
-        {"short text keeps its trailing spaces", "ab  ", 8, 4, "ab  "},
-        {"full field drops trailing spaces", "ab  cd", 4, 2, "ab"},
-        {"all-space field is empty", "     ", 3, 0, ""},
-        {"zero width", "abc", 0, 0, ""},
-        {"negative width", "abc", -2, 0, ""},
-        {"tab is not padding", "a\t  ", 4, 2, "a\t"},
-    };
+    } const cases[] = {{"ab  ", 8, "ab  "},
+                       {"ab  cd", 4, "ab"},
+                       {"     ", 3, ""},
+                       {"abc", -2, ""},
+                       {"a\t  ", 4, "a\t"}};
     for (const auto& c : cases) {
-        EXPECT_EQ(spc_len(c.text, c.width), c.expected) << c.name;
         char out[16];
         spc_copy(out, c.text, c.width);
-        EXPECT_STREQ(out, c.copy) << c.name;
+        EXPECT_STREQ(out, c.copy) << c.text << c.width;
+        EXPECT_EQ(spc_len(c.text, c.width), static_cast<int>(std::strlen(c.copy))) << c.text;
     }
 }
 

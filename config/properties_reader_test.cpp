@@ -13,27 +13,23 @@ namespace {
 
 using qorvel::testing::TempFile;
 
+const std::string kLongest(CFG_SECTION_NAME_MAX, 's');
 const std::string kFile =
-    "[Common.Linux]\n"
-    "classpath=b.jar\n"
-    "[Common]\n"
-    "classpath=a.jar\n"
-    "jvmargs=-Dinstall=${QV_HOME}\n"
-    "[OnlyChild.Linux]\n"
-    "policyfile=child.policy\n";
-
-struct Case {
-    const char* name;
-    const char* section;
-    const char* classpath;
-    const char* jvmargs;
-    const char* policyfile;
-};
+    "[Common.Linux]\nclasspath=b.jar\n"
+    "[Common]\nclasspath=a.jar\njvmargs=-Dinstall=${QV_HOME}\n"
+    "[OnlyChild.Linux]\npolicyfile=child.policy\n"
+    "[" +
+    kLongest + "]\nclasspath=deep\n";
 
 TEST(GetProperties, DeeperSectionsOverride) {
     setenv("QV_HOME", "/opt/q", 1);
     TempFile file(kFile);
-    const Case cases[] = {
+    std::string dotted = "." + kLongest + "..";  // stray dots do not count toward the limit
+    struct Case {
+        const char* name;
+        const char* section;
+        const char *classpath, *jvmargs, *policyfile;
+    } const cases[] = {
         {"child overrides parent", "Common.Linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
         {"parent alone", "Common", "a.jar", "-Dinstall=/opt/q", "dflt"},
         {"absent child inherits", "Common.Solaris", "a.jar", "-Dinstall=/opt/q", "dflt"},
@@ -41,12 +37,11 @@ TEST(GetProperties, DeeperSectionsOverride) {
         {"no level exists", "Nowhere.Linux", "dflt", "dflt", "dflt"},
         {"empty components are skipped", "Common..Linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
         {"search ignores case", "COMMON.linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
+        {"the longest searchable level is read", dotted.c_str(), "deep", "dflt", "dflt"},
     };
     for (const auto& c : cases) {
-        char cp[4096] = "dflt";
         // Without capacities in the call, each buffer must hold a whole substituted value.
-        char args[4096] = "dflt";
-        char policy[4096] = "dflt";
+        char cp[4096] = "dflt", args[4096] = "dflt", policy[4096] = "dflt";
         EXPECT_EQ(getProperties(3, 1, file.path(), c.section, "classpath", cp, "jvmargs", args,
                                 "policyfile", policy),
                   0)
@@ -59,8 +54,7 @@ TEST(GetProperties, DeeperSectionsOverride) {
 
 TEST(GetProperties, NullKeyEndsTheListAtEveryLevel) {
     TempFile file(kFile);
-    char cp[4096] = "";
-    char args[1024] = "untouched";
+    char cp[4096] = "", args[1024] = "untouched";
     EXPECT_EQ(getProperties(3, 0, file.path(), "Common.Linux", "classpath", cp,
                             static_cast<const char*>(nullptr), args, "jvmargs", args),
               0);
@@ -68,9 +62,9 @@ TEST(GetProperties, NullKeyEndsTheListAtEveryLevel) {
     EXPECT_STREQ(args, "untouched");
 }
 
-TEST(GetProperties, ReportsFailures) {
+TEST(GetProperties, ReportsFailuresLeavingTheBuffers) {
     TempFile file(kFile);
-    std::string longSection(CFG_SECTION_NAME_MAX + 1, 's');
+    std::string longSection = "a." + kLongest;
     unsetenv("VTX");
     struct Failure {
         const char* name;
@@ -81,22 +75,13 @@ TEST(GetProperties, ReportsFailures) {
         {"null file", nullptr, "Common", CFG_NOT_FOUND},
         {"null section", file.path(), nullptr, CFG_NOT_FOUND},
         {"file under unset VTX", "absent.properties", "Common", CFG_NOT_FOUND},
-        {"section too long to search for", file.path(), longSection.c_str(), ENAMETOOLONG},
+        {"deepest level too long to search for", file.path(), longSection.c_str(), ENAMETOOLONG},
     };
     for (const auto& c : cases) {
         char cp[4096] = "kept";
         EXPECT_EQ(getProperties(1, 1, c.file, c.section, "classpath", cp), c.expected) << c.name;
         EXPECT_STREQ(cp, "kept") << c.name;
     }
-}
-
-TEST(GetProperties, LongestSearchableLevelIsRead) {
-    std::string longest(CFG_SECTION_NAME_MAX, 's');
-    TempFile file("[" + longest + "]\nclasspath=deep\n");
-    std::string dotted = "." + longest + "..";  // stray dots do not count toward the limit
-    char cp[4096] = "";
-    EXPECT_EQ(getProperties(1, 1, file.path(), dotted.c_str(), "classpath", cp), 0);
-    EXPECT_STREQ(cp, "deep");
 }
 
 TEST(ReadProperties, CutsValuesAtTheCarriedCapacity) {
