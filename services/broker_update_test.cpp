@@ -3,7 +3,6 @@
 #include <cstring>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "qorvel/services.h"
 #include "services/test_files.h"
@@ -12,24 +11,19 @@ namespace {
 
 using qorvel::services::testing::TempFile;
 
-// Records each handler call as "<handler>:<key>".
-std::vector<std::string> calls;
+// Each handler call, as "<handler>:<key>;".
+std::string calls;
 
-int deferred(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) {
-    calls.push_back(std::string("deferred:") + key);
+int note(const char* handler, const char* key) {
+    calls += std::string(handler) + ":" + key + ";";
     return 0;
 }
-int connectProc(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) {
-    calls.push_back(std::string("update_srvrConnectProc:") + key);
-    return 0;
-}
+int deferred(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("deferred", key); }
+int connectProc(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("proc", key); }
+int fallback(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("fallback", key); }
 int typedPort(const char* key, UBSERVICEINFO*, UBSERVICEINFO* fresh) {
-    calls.push_back(std::string("update_CV_portNumber:") + key);
+    note("typed", key);
     return static_cast<int>(fresh->portNumber);
-}
-int fallback(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) {
-    calls.push_back(std::string("fallback:") + key);
-    return 0;
 }
 
 const UpdateFuncEntry kHandlers[] = {
@@ -39,78 +33,42 @@ const UpdateFuncEntry kHandlers[] = {
     {nullptr, nullptr},
 };
 
-const char* kBase = "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nportNumber=3000\n";
-
-struct Case {
-    const char* name;
-    const char* fileText;
-    bool countDeferred;
-    std::vector<std::string> expectedCalls;
-    int64_t expectedDeferred;
-    int64_t expectedResult;
-};
-
-TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKey) {
-    const Case cases[] = {
-        {"unchanged_calls_nothing", kBase, true, {}, 0, 0},
-        {"deferred_key_with_counter",
-         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n",
-         true,
-         {"deferred:srvrConnectProc"},
-         1,
-         0},
-        {"deferred_key_without_counter",
-         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nsrvrConnectProc=p\n",
-         false,
-         {"update_srvrConnectProc:srvrConnectProc"},
-         0,
-         0},
-        {"type_specific_handler_and_its_result",
-         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nportNumber=42\n",
-         true,
-         {"update_CV_portNumber:portNumber"},
-         0,
+TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKeyAndKeepsTheRecordInForce) {
+    const struct {
+        const char* name;
+        const char* service;  // the service section as it is now in the file
+        bool countDeferred;
+        const char* calls;
+        int64_t deferredCount, result;
+    } cases[] = {
+        {"unchanged_calls_nothing", "portNumber=3000\n", true, "", 0, 0},
+        {"deferred_key_counted", "srvrConnectProc=p\n", true, "deferred:srvrConnectProc;", 1, 0},
+        {"deferred_key_uncounted_goes_to_its_own_handler", "srvrConnectProc=p\n", false,
+         "proc:srvrConnectProc;", 0, 0},
+        {"type_specific_handler_gives_the_result", "portNumber=42\n", true, "typed:portNumber;", 0,
          42},
-        {"change_without_handler_is_skipped",
-         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\nuuid=u\n",
-         true,
-         {},
-         0,
-         0},
+        {"change_without_handler_is_skipped", "portNumber=3000\nuuid=u\n", true, "", 0, 0},
     };
-    TempFile baseFile(kBase);
+    const std::string sections = "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\n";
+    TempFile baseFile(sections + "portNumber=3000\n");
     auto current = std::make_unique<UBSERVICEINFO>();
     ASSERT_EQ(ReadUBproperties(baseFile.path(), "CV", "s", current.get(), nullptr), 0);
-    for (const Case& c : cases) {
-        TempFile file(c.fileText);
+    const UBSERVICEINFO before = *current;
+    for (const auto& c : cases) {
+        TempFile file(sections + c.service);
         calls.clear();
         int64_t deferredCount = 0;
         int64_t result = -7;
-        auto before = *current;
         EXPECT_EQ(
             UpdateUBproperties(file.path(), "CV", "s", current.get(), nullptr,
                                c.countDeferred ? &deferredCount : nullptr, kHandlers, &result),
             0)
             << c.name;
-        EXPECT_EQ(calls, c.expectedCalls) << c.name;
-        EXPECT_EQ(deferredCount, c.expectedDeferred) << c.name;
-        EXPECT_EQ(result, c.expectedResult) << c.name;
-        EXPECT_EQ(std::memcmp(&before, current.get(), sizeof before), 0)
-            << c.name << ": the record in force is not changed";
+        EXPECT_EQ(calls, c.calls) << c.name;
+        EXPECT_EQ(deferredCount, c.deferredCount) << c.name;
+        EXPECT_EQ(result, c.result) << c.name;
+        EXPECT_EQ(std::memcmp(&before, current.get(), sizeof before), 0) << c.name;
     }
-}
-
-TEST(UpdateUBproperties, FailedReadIsReportedAsSystemError) {
-    TempFile file("[UBroker]\n");
-    UBSERVICEINFO current{};
-    ErrDetail detail{};
-    int64_t result = 0;
-    EXPECT_EQ(
-        UpdateUBproperties(file.path(), "CV", "s", &current, &detail, nullptr, kHandlers, &result),
-        10004);
-    EXPECT_EQ(detail.code, 10015);
-    EXPECT_EQ(detail.sysError, 10004);
-    EXPECT_STREQ(detail.where, "UpdateUBproperties read property file");
 }
 
 TEST(GetUpdateFunction, MatchesNamesExactlyElseTheEndingPair) {

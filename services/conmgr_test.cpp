@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <cerrno>
 #include <memory>
 #include <string>
 
@@ -9,129 +9,72 @@
 
 namespace {
 
+using qorvel::services::testing::join;
 using qorvel::services::testing::TempFile;
 
+// No section configuration.sports: the middle of the chain is missing.
 const char* kChain =
-    "[configuration]\n"
-    "maxusers=50\n"
-    "database=db#1\n"
-    "conversionmap=map#2 x\n"
-    "[configuration.sports.cfg1]\n"
-    "maxservers=8\n"
+    "[configuration]\nmaxusers=50\ndatabase=db#1\nconversionmap=map#2 x\n"
+    "[configuration.sports.cfg1]\nmaxservers=8\n"
     "[database]\ndatabasename=/db/a#b c\n"
     "[servergroup]\nhost=example\n[servergroup.sg]\nport=svc\n";
 
-struct DefaultsCase {
-    const char* name;
-    int useTableDefaults;
-    int64_t maxusers;
-    int64_t locktableentries;
-    const char* casetablename;
-};
-
-TEST(ReadConfigProperties, TheTwoDefaultKindsInheritDifferently) {
-    const DefaultsCase cases[] = {
-        {"inherited_keeps_most_specific_value", 0, 50, 0, ""},
-        {"table_defaults_reapplied_by_last_section", 1, 20, 8192, "basic"},
-    };
+TEST(ConManagerReaders, InheritedDefaultsCarryValuesDownTableDefaultsReapplyTheTable) {
     TempFile file(kChain);
-    for (const DefaultsCase& c : cases) {
-        auto r = std::make_unique<CNFGserviceInfo>();
-        ErrDetail detail{};
-        EXPECT_EQ(
-            ReadConfigProperties(file.path(), "sports.cfg1", r.get(), c.useTableDefaults, &detail),
-            0)
-            << c.name;
-        EXPECT_EQ(r->maxservers, 8) << c.name;
-        EXPECT_EQ(r->maxusers, c.maxusers) << c.name;
-        EXPECT_EQ(r->locktableentries, c.locktableentries) << c.name;
-        EXPECT_STREQ(r->casetablename, c.casetablename) << c.name;
-        EXPECT_EQ(detail.code, 10004) << c.name << ": the missing middle section is recorded";
-        EXPECT_EQ(detail.where, std::string("find_Section of ") + file.path() +
-                                    " for section configuration.sports")
-            << c.name;
+    const struct {
+        int tableDefaults;
+        std::string config, group;
+    } cases[] = {
+        {0, "0|8|50|0|", "0|example|svc|0|"},
+        {1, "0|8|20|8192|basic", "0|localhost|svc|1024|nnnnnnnnnnn"},
+    };
+    for (const auto& c : cases) {
+        auto cnfg = std::make_unique<CNFGserviceInfo>();
+        const long cnfgResult =
+            ReadConfigProperties(file.path(), "sports.cfg1", cnfg.get(), c.tableDefaults, nullptr);
+        EXPECT_EQ(join(cnfgResult, cnfg->maxservers, cnfg->maxusers, cnfg->locktableentries,
+                       cnfg->casetablename),
+                  c.config)
+            << c.tableDefaults;
+        SRVRGRPserviceInfo grp{};
+        const long grpResult =
+            ReadSrvrGrpProperties(file.path(), "sg", &grp, c.tableDefaults, nullptr);
+        EXPECT_EQ(join(grpResult, grp.host, grp.port, grp.messagebuffersize, grp.zelsqltrc),
+                  c.group)
+            << c.tableDefaults;
     }
 }
 
-TEST(ReadConfigProperties, PlainTextStopsAtHashWholeLineKeepsIt) {
+TEST(ConManagerReaders, PlainTextStopsAtHashWholeLineKeepsIt) {
     TempFile file(kChain);
-    auto r = std::make_unique<CNFGserviceInfo>();
-    ASSERT_EQ(ReadConfigProperties(file.path(), "sports.cfg1", r.get(), 0, nullptr), 0);
-    EXPECT_STREQ(r->database, "db");
-    EXPECT_STREQ(r->conversionmap, "map#2 x");
-    auto db = std::make_unique<DBserviceInfo>();
-    ASSERT_EQ(ReadDBProperties(file.path(), "any", db.get(), 1, nullptr), 10004)
-        << "the last level is missing";
-    EXPECT_STREQ(db->databasename, "/db/a#b c");
-    EXPECT_STREQ(db->autostart, "false") << "table default applied by the existing base";
+    auto cnfg = std::make_unique<CNFGserviceInfo>();
+    ASSERT_EQ(ReadConfigProperties(file.path(), "sports.cfg1", cnfg.get(), 0, nullptr), 0);
+    EXPECT_EQ(join(cnfg->database, cnfg->conversionmap), "db|map#2 x");
+    DBserviceInfo db{};
+    EXPECT_EQ(ReadDBProperties(file.path(), "any", &db, 1, nullptr), 10004) << "no last level";
+    EXPECT_EQ(join(db.databasename, db.autostart), "/db/a#b c|false")
+        << "the existing base section is still read, with its table defaults";
 }
 
-struct ChainCase {
-    const char* name;
-    const char* service;
-    long result;
-};
-
 TEST(ReadConfigProperties, ServiceNamesBuildTheChain) {
-    const std::string eightParts = "a.b.c.d.e.f.g.h";
     const std::string longPart(1020, 'p');
-    const ChainCase cases[] = {
+    const struct {
+        const char* name;
+        const char* service;
+        long result;
+    } cases[] = {
         {"extra_dots_are_ignored", "sports..cfg1.", 0},
         {"leading_dot_is_ignored", ".sports.cfg1", 0},
         {"seven_parts_fit", "a.b.c.d.e.f.g", 10004},
-        {"eight_parts_are_refused", eightParts.c_str(), ENAMETOOLONG},
+        {"eight_parts_are_refused", "a.b.c.d.e.f.g.h", ENAMETOOLONG},
         {"overlong_name_is_refused", longPart.c_str(), ENAMETOOLONG},
     };
     TempFile file(kChain);
-    for (const ChainCase& c : cases) {
+    for (const auto& c : cases) {
         auto r = std::make_unique<CNFGserviceInfo>();
         EXPECT_EQ(ReadConfigProperties(file.path(), c.service, r.get(), 0, nullptr), c.result)
             << c.name;
     }
-}
-
-TEST(ConManagerReaders, RefuseMissingNamesWithTheirOwnWhereText) {
-    struct Case {
-        const char* where;
-        long (*read)(const char*, ErrDetail*);
-    } cases[] = {
-        {"ReadConfigProperties",
-         [](const char* f, ErrDetail* d) {
-             CNFGserviceInfo r;
-             std::memset(&r, 'x', sizeof r);
-             long rc = ReadConfigProperties(f, "", &r, 0, d);
-             return r.maxusers == 0 ? -100 : rc;  // the record must not be cleared
-         }},
-        {"ReadDBProperties",
-         [](const char* f, ErrDetail* d) {
-             DBserviceInfo r;
-             return ReadDBProperties(f, nullptr, &r, 0, d);
-         }},
-        {"ReadSrvrGrpProperties",
-         [](const char* f, ErrDetail* d) {
-             SRVRGRPserviceInfo r;
-             return ReadSrvrGrpProperties(f, "", &r, 0, d);
-         }},
-    };
-    TempFile file(kChain);
-    for (const auto& c : cases) {
-        ErrDetail detail{};
-        EXPECT_EQ(c.read(file.path(), &detail), 10007) << c.where;
-        EXPECT_STREQ(detail.where, c.where);
-        EXPECT_STREQ(detail.message, "ServiceName cannot be NULL or blank");
-    }
-}
-
-TEST(ReadSrvrGrpProperties, TableDefaultsFillWhatTheSectionsLack) {
-    TempFile file(kChain);
-    SRVRGRPserviceInfo r;
-    ASSERT_EQ(ReadSrvrGrpProperties(file.path(), "sg", &r, 1, nullptr), 0);
-    EXPECT_STREQ(r.host, "localhost") << "table default re-applied by the last section";
-    EXPECT_STREQ(r.port, "svc");
-    EXPECT_EQ(r.messagebuffersize, 1024);
-    EXPECT_STREQ(r.zelsqltrc, "nnnnnnnnnnn");
-    ASSERT_EQ(ReadSrvrGrpProperties(file.path(), "sg", &r, 0, nullptr), 0);
-    EXPECT_STREQ(r.host, "example");
 }
 
 TEST(ReadConManager, EmptyBaseReadsNothingAndReleasesTheList) {
@@ -141,7 +84,7 @@ TEST(ReadConManager, EmptyBaseReadsNothingAndReleasesTheList) {
     InfoList list = nullptr;
     CfgInfo terminator{};
     ASSERT_EQ(alloc_InfoList(&list, &terminator, sizeof terminator), 0);
-    EXPECT_EQ(ReadConManager("x", nullptr, list, &handle, "", 0), 0);
+    EXPECT_EQ(ReadConManager("x", nullptr, list, &handle, "", 0), 0);  // the sanitizer sees a leak
     closecfg(&handle);
 }
 

@@ -3,40 +3,40 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "qorvel/services.h"
+#include "services/test_files.h"
 #include "util/bounded_text.h"
 
 namespace {
 
-struct FillCase {
-    const char* name;
-    int64_t code;
-    int64_t sysError;
-    const char* defaultMessage;
-    std::string expectedMessage;
-};
+using qorvel::services::testing::join;
+using qorvel::services::testing::TempFile;
+using qorvel::services::testing::TempInstall;
 
 TEST(FillErrDetail, ChoosesBetweenSystemTextAndTableText) {
-    const FillCase cases[] = {
-        {"system_error_wins_over_default", 10015, EACCES, "A system specific error occurred",
-         std::strerror(EACCES)},
-        {"library_code_takes_default", 10004, 0, "Specified Service Name does not exist",
+    const struct {
+        int64_t code, sysError;
+        const char* defaultMessage;
+        std::string expected;
+    } cases[] = {
+        {10015, EACCES, "A system specific error occurred", std::strerror(EACCES)},
+        {10004, 0, "Specified Service Name does not exist",
          "Specified Service Name does not exist"},
-        {"success_leaves_message_empty", 0, 0, "ignored", ""},
-        {"code_without_default_is_empty", 10025, 0, nullptr, ""},
+        {0, 0, "ignored", ""},
+        {10025, 0, nullptr, ""},
     };
-    for (const FillCase& c : cases) {
+    for (const auto& c : cases) {
         ErrDetail detail;
         std::memset(&detail, 'x', sizeof detail);
         fill_ErrDetail(&detail, c.code, c.sysError, CV_MSG_NUMBER, "where", c.defaultMessage);
-        EXPECT_EQ(detail.code, c.code) << c.name;
-        EXPECT_EQ(detail.sysError, c.sysError) << c.name;
-        EXPECT_EQ(detail.msgNumber, CV_MSG_NUMBER) << c.name;
-        EXPECT_STREQ(detail.where, "where") << c.name;
-        EXPECT_EQ(detail.message, c.expectedMessage) << c.name;
+        EXPECT_EQ(
+            join(detail.code, detail.sysError, detail.msgNumber, detail.where, detail.message),
+            join(c.code, c.sysError, CV_MSG_NUMBER, "where", c.expected));
     }
 }
 
@@ -49,27 +49,10 @@ TEST(FillErrDetail, CutsLongTextsAndIgnoresNull) {
     EXPECT_EQ(std::strlen(detail.message), 255u);
 }
 
-TEST(CvErrorMsg, FindsExactTextsAndNothingElse) {
-    const struct {
-        int64_t code;
-        const char* expected;
-    } cases[] = {
-        {10002, "Configuration Keyword in invalid"},
-        {10005, "UBSERVICEINFO struct is incorrect version"},
-        {10022, "Unable to validate user/password pair"},
-        {10023, nullptr},
-        {10025, nullptr},
-        {0, nullptr},
-    };
-    for (const auto& c : cases) {
-        const char* got = getCV_errorMsg(c.code);
-        if (c.expected) {
-            ASSERT_NE(got, nullptr) << c.code;
-            EXPECT_STREQ(got, c.expected) << c.code;
-        } else {
-            EXPECT_EQ(got, nullptr) << c.code;
-        }
-    }
+TEST(CvErrorMsg, KnowsTheCodesOfItsTableAndNoOthers) {
+    EXPECT_STREQ(getCV_errorMsg(10005), "UBSERVICEINFO struct is incorrect version");
+    EXPECT_STREQ(getCV_errorMsg(10022), "Unable to validate user/password pair");
+    for (int64_t code : {0, 10023, 10025}) EXPECT_EQ(getCV_errorMsg(code), nullptr) << code;
 }
 
 TEST(DefaultDir, ReplacesOnlyDotAndDotSlash) {
@@ -99,6 +82,136 @@ TEST(Platform, AnswersWithoutRegistryOrDefaultService) {
     char* h = host;
     ASSERT_EQ(getLocal_HostName(&h, sizeof host), 0);
     EXPECT_GT(std::strlen(host), 0u);
+}
+
+// The file texts stand for the test's file "<file>" and installation "<vtx>".
+std::string placeholders(std::string text, const std::string& file, const std::string& vtx) {
+    for (const auto& [from, to] : {std::pair{file, "<file>"}, std::pair{vtx, "<vtx>"}}) {
+        for (auto at = text.find(from); at != std::string::npos; at = text.find(from)) {
+            text.replace(at, from.size(), to);
+        }
+    }
+    return text;
+}
+
+// Values that refer to each other in a ring never settle; "old" sections
+// state a record version the readers do not know.
+const char* kFailures =
+    "[UBroker]\n[UBroker.CV]\n"
+    "[UBroker.CV.ring]\nuuid=!{value-of:x}\nx=!{value-of:y}\ny=!{value-of:x}\n"
+    "[UBroker.CV.old]\ninfoVersion=9000\n"
+    "[NameServer]\n[NameServer.old]\ninfoVersion=9000\n"
+    "[Corvane]\n[Corvane.Messengers]\n[Corvane.Messengers.old]\ninfoVersion=9000\n"
+    "[configuration]\n[configuration.sports.cfg1]\n[server]\n";
+
+TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
+    TempInstall install("");  // a file that is not found is looked for under it
+    TempFile file(kFailures);
+    const char* f = file.path();
+    const char* missing = "/nonexistent/x.properties";
+    const std::string longName(250, 's');
+    const std::string noName = "ServiceName cannot be NULL or blank";
+    const std::string noService = "Specified Service Name does not exist";
+    const std::string badVersion = "UBSERVICEINFO struct is incorrect version";
+    const std::string enoent = std::strerror(ENOENT);
+    const UpdateFuncEntry noHandlers[] = {{nullptr, nullptr}};
+    int64_t updateResult = 0;
+    UBSERVICEINFO ub{};
+    MsngrServiceInfo msngr{};
+    NSserviceInfo ns{};
+    CNFGserviceInfo cnfg{};
+    DBserviceInfo db{};
+    SRVRGRPserviceInfo grp{};
+    ReplServerPropsV2 server{};
+    ReplControlAgentProps agent{};
+    ReplTransitionProps transition{};
+    SQLConfigurationProperties sql{};
+    const struct {
+        const char* name;
+        std::function<long(ErrDetail*)> read;
+        std::string result;  // result, code, sysError, msgNumber
+        std::string where, message;
+    } cases[] = {
+        {"broker_null_name",
+         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", nullptr, &ub, d); },
+         "10007|10007|0|6275", "ReadUBproperties", noName},
+        {"broker_empty_name", [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "", &ub, d); },
+         "10007|10007|0|6275", "ReadUBproperties", noName},
+        {"broker_missing_section",
+         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "x", &ub, d); }, "10004|10004|0|6275",
+         "find_Section of <file> for section UBroker.CV.x", noService},
+        {"broker_unreadable_file",
+         [&](ErrDetail* d) { return ReadUBproperties(missing, "CV", "x", &ub, d); },
+         "2|10015|2|6275", "opencfg of <vtx>/properties//nonexistent/x.properties for service x",
+         enoent},
+        {"broker_overlong_section_name",
+         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", longName.c_str(), &ub, d); },
+         join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275), "ReadUBproperties section name",
+         std::strerror(ENAMETOOLONG)},
+        {"broker_key_keeps_its_own_code",
+         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "ring", &ub, d); },
+         "10010|10010|0|6275", "getPropValue for keyword uuid",
+         "Specified Keyword Value is invalid"},
+        {"broker_wrong_version",
+         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "old", &ub, d); },
+         "10005|10005|0|6275", "ReadUBproperties", badVersion},
+        {"update_failed_read_is_a_system_error",
+         [&](ErrDetail* d) {
+             return UpdateUBproperties(f, "CV", "x", &ub, d, nullptr, noHandlers, &updateResult);
+         },
+         "10004|10015|10004|6275", "UpdateUBproperties read property file", std::strerror(10004)},
+        {"messenger_null_name",
+         [&](ErrDetail* d) { return ReadMsngrProperties(f, nullptr, &msngr, d); },
+         "10007|10007|0|6275", "ReadMsngrProperties", noName},
+        {"messenger_unreadable_file",
+         [&](ErrDetail* d) { return ReadMsngrProperties(missing, "CGIIP", &msngr, d); },
+         "2|10015|2|6275",
+         "opencfg of <vtx>/properties//nonexistent/x.properties for Corvane Messengers", enoent},
+        {"messenger_wrong_version",
+         [&](ErrDetail* d) { return ReadMsngrProperties(f, "old", &msngr, d); },
+         "10005|10005|0|6275", "ReadMsngrProperties", badVersion},
+        {"name_server_empty_name", [&](ErrDetail* d) { return ReadNSproperties(f, "", &ns, d); },
+         "10007|10007|0|6275", "ReadNSproperties", noName},
+        {"name_server_wrong_version",
+         [&](ErrDetail* d) { return ReadNSproperties(f, "old", &ns, d); }, "10005|10005|0|6275",
+         "ReadNSproperties", badVersion},
+        {"config_empty_name",
+         [&](ErrDetail* d) { return ReadConfigProperties(f, "", &cnfg, 0, d); },
+         "10007|10007|0|6275", "ReadConfigProperties", noName},
+        {"config_missing_middle_section_is_recorded_but_passes",
+         [&](ErrDetail* d) { return ReadConfigProperties(f, "sports.cfg1", &cnfg, 0, d); },
+         "0|10004|0|6275", "find_Section of <file> for section configuration.sports", noService},
+        {"database_null_name",
+         [&](ErrDetail* d) { return ReadDBProperties(f, nullptr, &db, 0, d); },
+         "10007|10007|0|6275", "ReadDBProperties", noName},
+        {"server_group_empty_name",
+         [&](ErrDetail* d) { return ReadSrvrGrpProperties(f, "", &grp, 0, d); },
+         "10007|10007|0|6275", "ReadSrvrGrpProperties", noName},
+        {"replication_unknown_version",
+         [&](ErrDetail* d) { return ReadReplServerProperties(f, &server, 2, d); },
+         "10025|10025|0|0", "Invalid Velmor Replication version specified", " "},
+        {"replication_open_failure_comes_before_the_version_test",
+         [&](ErrDetail* d) { return ReadReplServerProperties(missing, &server, 2, d); },
+         "2|10015|2|6275", "opencfg of <vtx>/properties//nonexistent/x.properties for service ",
+         enoent},
+        {"control_agent_missing_section",
+         [&](ErrDetail* d) { return ReadReplControlAgentProperties(f, "a2", &agent, 0, d); },
+         "10004|10004|0|6275", "find_Section of <file> for section control-agent.a2", noService},
+        {"transition_missing_section",
+         [&](ErrDetail* d) { return ReadReplTransitionProperties(f, &transition, 0, d); },
+         "10004|10004|0|6275", "find_Section of <file> for section transition", noService},
+        {"sql_config_overlong_name",
+         [&](ErrDetail* d) { return ReadSQLConfigProperties(f, longName.c_str(), &sql, d); },
+         join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275), "ReadSQLConfigProperties section name",
+         std::strerror(ENAMETOOLONG)},
+    };
+    for (const auto& c : cases) {
+        ErrDetail detail{};
+        const long result = c.read(&detail);
+        EXPECT_EQ(join(result, detail.code, detail.sysError, detail.msgNumber), c.result) << c.name;
+        EXPECT_EQ(placeholders(detail.where, f, std::getenv("VTX")), c.where) << c.name;
+        EXPECT_EQ(detail.message, c.message) << c.name;
+    }
 }
 
 }  // namespace

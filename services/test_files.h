@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace qorvel::services::testing {
@@ -34,23 +35,24 @@ class TempFile {
 class TempInstall {
   public:
     explicit TempInstall(const std::string& text) : file_(text, "properties/ubroker.properties") {
-        const char* old = std::getenv("VTX");
-        hadVtx_ = old != nullptr;
-        if (old) oldVtx_ = old;
+        if (const char* old = std::getenv("VTX")) oldVtx_ = old;
         setenv("VTX", file_.dir().c_str(), 1);
     }
-    ~TempInstall() {
-        if (hadVtx_) {
-            setenv("VTX", oldVtx_.c_str(), 1);
-        } else {
-            unsetenv("VTX");
-        }
-    }
+    ~TempInstall() { oldVtx_.empty() ? unsetenv("VTX") : setenv("VTX", oldVtx_.c_str(), 1); }
 
   private:
     TempFile file_;
-    bool hadVtx_ = false;
     std::string oldVtx_;
 };
+
+// The values joined by "|", so one expected text states a reader's result
+// and the fields it filled.
+template <class... T>
+std::string join(const T&... values) {
+    std::ostringstream out;
+    const char* separator = "";
+    ((out << separator << values, separator = "|"), ...);
+    return out.str();
+}
 
 }  // namespace qorvel::services::testing
