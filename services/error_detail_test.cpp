@@ -18,35 +18,16 @@ using qorvel::services::testing::join;
 using qorvel::services::testing::TempFile;
 using qorvel::services::testing::TempInstall;
 
-TEST(FillErrDetail, ChoosesBetweenSystemTextAndTableText) {
-    const struct {
-        int64_t code, sysError;
-        const char* defaultMessage;
-        std::string expected;
-    } cases[] = {
-        {10015, EACCES, "A system specific error occurred", std::strerror(EACCES)},
-        {10004, 0, "Specified Service Name does not exist",
-         "Specified Service Name does not exist"},
-        {0, 0, "ignored", ""},
-        {10025, 0, nullptr, ""},
-    };
-    for (const auto& c : cases) {
-        ErrDetail detail;
-        std::memset(&detail, 'x', sizeof detail);
-        fill_ErrDetail(&detail, c.code, c.sysError, CV_MSG_NUMBER, "where", c.defaultMessage);
-        EXPECT_EQ(
-            join(detail.code, detail.sysError, detail.msgNumber, detail.where, detail.message),
-            join(c.code, c.sysError, CV_MSG_NUMBER, "where", c.expected));
-    }
-}
-
-TEST(FillErrDetail, CutsLongTextsAndIgnoresNull) {
+TEST(FillErrDetail, CutsLongTextsAndLeavesNoTextWithoutAFailureOrADefault) {
     fill_ErrDetail(nullptr, 10004, 0, 0, "where", "message");  // must not crash
-    std::string longText(600, 'w');
+    const std::string longText(600, 'w');
     ErrDetail detail;
     fill_ErrDetail(&detail, 10004, 0, 0, longText.c_str(), longText.c_str());
-    EXPECT_EQ(std::strlen(detail.where), 255u);
-    EXPECT_EQ(std::strlen(detail.message), 255u);
+    EXPECT_EQ(join(std::strlen(detail.where), std::strlen(detail.message)), "255|255");
+    fill_ErrDetail(&detail, 0, 0, CV_MSG_NUMBER, "where", "ignored");
+    EXPECT_STREQ(detail.message, "") << "success";
+    fill_ErrDetail(&detail, 10025, 0, CV_MSG_NUMBER, "where", nullptr);
+    EXPECT_STREQ(detail.message, "") << "no default";
 }
 
 TEST(CvErrorMsg, KnowsTheCodesOfItsTableAndNoOthers) {
@@ -61,9 +42,7 @@ TEST(DefaultDir, ReplacesOnlyDotAndDotSlash) {
     const struct {
         const char* input;
         std::string expected;
-    } cases[] = {
-        {".", cwd}, {"./", cwd}, {"..", ".."}, {"", ""}, {"./logs", "./logs"}, {"/var", "/var"},
-    };
+    } cases[] = {{".", cwd}, {"./", cwd}, {"..", ".."}, {"", ""}, {"./logs", "./logs"}};
     for (const auto& c : cases) {
         char dir[255];
         qorvel::bounded_copy(dir, c.input);
@@ -72,19 +51,7 @@ TEST(DefaultDir, ReplacesOnlyDotAndDotSlash) {
     }
 }
 
-TEST(Platform, AnswersWithoutRegistryOrDefaultService) {
-    EXPECT_EQ(getProductRegKey_CV(), 0);
-    char name[16] = "old";
-    char* p = name;
-    EXPECT_EQ(getDefault_Service(&p), 0);
-    EXPECT_STREQ(name, "");
-    char host[256];
-    char* h = host;
-    ASSERT_EQ(getLocal_HostName(&h, sizeof host), 0);
-    EXPECT_GT(std::strlen(host), 0u);
-}
-
-// The file texts stand for the test's file "<file>" and installation "<vtx>".
+// The where-text with the test's file as "<file>" and installation as "<vtx>".
 std::string placeholders(std::string text, const std::string& file, const std::string& vtx) {
     for (const auto& [from, to] : {std::pair{file, "<file>"}, std::pair{vtx, "<vtx>"}}) {
         for (auto at = text.find(from); at != std::string::npos; at = text.find(from)) {
@@ -99,8 +66,7 @@ std::string placeholders(std::string text, const std::string& file, const std::s
 const char* kFailures =
     "[UBroker]\n[UBroker.CV]\n"
     "[UBroker.CV.ring]\nuuid=!{value-of:x}\nx=!{value-of:y}\ny=!{value-of:x}\n"
-    "[UBroker.CV.old]\ninfoVersion=9000\n"
-    "[NameServer]\n[NameServer.old]\ninfoVersion=9000\n"
+    "[UBroker.CV.old]\ninfoVersion=9000\n[NameServer]\n[NameServer.old]\ninfoVersion=9000\n"
     "[Corvane]\n[Corvane.Messengers]\n[Corvane.Messengers.old]\ninfoVersion=9000\n"
     "[configuration]\n[configuration.sports.cfg1]\n[server]\n";
 
@@ -110,10 +76,15 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     const char* f = file.path();
     const char* missing = "/nonexistent/x.properties";
     const std::string longName(250, 's');
-    const std::string noName = "ServiceName cannot be NULL or blank";
-    const std::string noService = "Specified Service Name does not exist";
-    const std::string badVersion = "UBSERVICEINFO struct is incorrect version";
-    const std::string enoent = std::strerror(ENOENT);
+    const std::string noName = "|ServiceName cannot be NULL or blank";
+    const std::string noService = "|Specified Service Name does not exist";
+    const std::string badVersion = "|UBSERVICEINFO struct is incorrect version";
+    const std::string enoent = std::string("|") + std::strerror(ENOENT);
+    const std::string unknown = std::string("|") + std::strerror(10004);  // no text of its own
+    const std::string tooLong = join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275, "");
+    const std::string tooLongText = std::string("|") + std::strerror(ENAMETOOLONG);
+    const std::string openMissing =
+        "2|10015|2|6275|opencfg of <vtx>/properties/" + std::string(missing);
     const UpdateFuncEntry noHandlers[] = {{nullptr, nullptr}};
     int64_t updateResult = 0;
     UBSERVICEINFO ub{};
@@ -121,7 +92,6 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     NSserviceInfo ns{};
     CNFGserviceInfo cnfg{};
     DBserviceInfo db{};
-    SRVRGRPserviceInfo grp{};
     ReplServerPropsV2 server{};
     ReplControlAgentProps agent{};
     ReplTransitionProps transition{};
@@ -129,88 +99,70 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     const struct {
         const char* name;
         std::function<long(ErrDetail*)> read;
-        std::string result;  // result, code, sysError, msgNumber
-        std::string where, message;
+        std::string expected;  // result|code|sysError|msgNumber|where|message
     } cases[] = {
-        {"broker_null_name",
-         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", nullptr, &ub, d); },
-         "10007|10007|0|6275", "ReadUBproperties", noName},
-        {"broker_empty_name", [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "", &ub, d); },
-         "10007|10007|0|6275", "ReadUBproperties", noName},
-        {"broker_missing_section",
-         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "x", &ub, d); }, "10004|10004|0|6275",
-         "find_Section of <file> for section UBroker.CV.x", noService},
+        {"broker_null_name", [&](auto d) { return ReadUBproperties(f, "CV", nullptr, &ub, d); },
+         "10007|10007|0|6275|ReadUBproperties" + noName},
+        {"broker_missing_section", [&](auto d) { return ReadUBproperties(f, "CV", "x", &ub, d); },
+         "10004|10004|0|6275|find_Section of <file> for section UBroker.CV.x" + noService},
         {"broker_unreadable_file",
-         [&](ErrDetail* d) { return ReadUBproperties(missing, "CV", "x", &ub, d); },
-         "2|10015|2|6275", "opencfg of <vtx>/properties//nonexistent/x.properties for service x",
-         enoent},
+         [&](auto d) { return ReadUBproperties(missing, "CV", "x", &ub, d); },
+         openMissing + " for service x" + enoent},
         {"broker_overlong_section_name",
-         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", longName.c_str(), &ub, d); },
-         join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275), "ReadUBproperties section name",
-         std::strerror(ENAMETOOLONG)},
+         [&](auto d) { return ReadUBproperties(f, "CV", longName.c_str(), &ub, d); },
+         tooLong + "ReadUBproperties section name" + tooLongText},
         {"broker_key_keeps_its_own_code",
-         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "ring", &ub, d); },
-         "10010|10010|0|6275", "getPropValue for keyword uuid",
-         "Specified Keyword Value is invalid"},
-        {"broker_wrong_version",
-         [&](ErrDetail* d) { return ReadUBproperties(f, "CV", "old", &ub, d); },
-         "10005|10005|0|6275", "ReadUBproperties", badVersion},
+         [&](auto d) { return ReadUBproperties(f, "CV", "ring", &ub, d); },
+         "10010|10010|0|6275|getPropValue for keyword uuid|Specified Keyword Value is invalid"},
+        {"broker_wrong_version", [&](auto d) { return ReadUBproperties(f, "CV", "old", &ub, d); },
+         "10005|10005|0|6275|ReadUBproperties" + badVersion},
         {"update_failed_read_is_a_system_error",
-         [&](ErrDetail* d) {
+         [&](auto d) {
              return UpdateUBproperties(f, "CV", "x", &ub, d, nullptr, noHandlers, &updateResult);
          },
-         "10004|10015|10004|6275", "UpdateUBproperties read property file", std::strerror(10004)},
-        {"messenger_null_name",
-         [&](ErrDetail* d) { return ReadMsngrProperties(f, nullptr, &msngr, d); },
-         "10007|10007|0|6275", "ReadMsngrProperties", noName},
+         "10004|10015|10004|6275|UpdateUBproperties read property file" + unknown},
+        {"messenger_null_name", [&](auto d) { return ReadMsngrProperties(f, nullptr, &msngr, d); },
+         "10007|10007|0|6275|ReadMsngrProperties" + noName},
         {"messenger_unreadable_file",
-         [&](ErrDetail* d) { return ReadMsngrProperties(missing, "CGIIP", &msngr, d); },
-         "2|10015|2|6275",
-         "opencfg of <vtx>/properties//nonexistent/x.properties for Corvane Messengers", enoent},
+         [&](auto d) { return ReadMsngrProperties(missing, "CGIIP", &msngr, d); },
+         openMissing + " for Corvane Messengers" + enoent},
         {"messenger_wrong_version",
-         [&](ErrDetail* d) { return ReadMsngrProperties(f, "old", &msngr, d); },
-         "10005|10005|0|6275", "ReadMsngrProperties", badVersion},
-        {"name_server_empty_name", [&](ErrDetail* d) { return ReadNSproperties(f, "", &ns, d); },
-         "10007|10007|0|6275", "ReadNSproperties", noName},
-        {"name_server_wrong_version",
-         [&](ErrDetail* d) { return ReadNSproperties(f, "old", &ns, d); }, "10005|10005|0|6275",
-         "ReadNSproperties", badVersion},
-        {"config_empty_name",
-         [&](ErrDetail* d) { return ReadConfigProperties(f, "", &cnfg, 0, d); },
-         "10007|10007|0|6275", "ReadConfigProperties", noName},
+         [&](auto d) { return ReadMsngrProperties(f, "old", &msngr, d); },
+         "10005|10005|0|6275|ReadMsngrProperties" + badVersion},
+        {"name_server_empty_name", [&](auto d) { return ReadNSproperties(f, "", &ns, d); },
+         "10007|10007|0|6275|ReadNSproperties" + noName},
+        {"name_server_wrong_version", [&](auto d) { return ReadNSproperties(f, "old", &ns, d); },
+         "10005|10005|0|6275|ReadNSproperties" + badVersion},
+        {"config_empty_name", [&](auto d) { return ReadConfigProperties(f, "", &cnfg, 0, d); },
+         "10007|10007|0|6275|ReadConfigProperties" + noName},
         {"config_missing_middle_section_is_recorded_but_passes",
-         [&](ErrDetail* d) { return ReadConfigProperties(f, "sports.cfg1", &cnfg, 0, d); },
-         "0|10004|0|6275", "find_Section of <file> for section configuration.sports", noService},
-        {"database_null_name",
-         [&](ErrDetail* d) { return ReadDBProperties(f, nullptr, &db, 0, d); },
-         "10007|10007|0|6275", "ReadDBProperties", noName},
-        {"server_group_empty_name",
-         [&](ErrDetail* d) { return ReadSrvrGrpProperties(f, "", &grp, 0, d); },
-         "10007|10007|0|6275", "ReadSrvrGrpProperties", noName},
+         [&](auto d) { return ReadConfigProperties(f, "sports.cfg1", &cnfg, 0, d); },
+         "0|10004|0|6275|find_Section of <file> for section configuration.sports" + noService},
+        {"database_null_name", [&](auto d) { return ReadDBProperties(f, nullptr, &db, 0, d); },
+         "10007|10007|0|6275|ReadDBProperties" + noName},
         {"replication_unknown_version",
-         [&](ErrDetail* d) { return ReadReplServerProperties(f, &server, 2, d); },
-         "10025|10025|0|0", "Invalid Velmor Replication version specified", " "},
+         [&](auto d) { return ReadReplServerProperties(f, &server, 2, d); },
+         "10025|10025|0|0|Invalid Velmor Replication version specified| "},
         {"replication_open_failure_comes_before_the_version_test",
-         [&](ErrDetail* d) { return ReadReplServerProperties(missing, &server, 2, d); },
-         "2|10015|2|6275", "opencfg of <vtx>/properties//nonexistent/x.properties for service ",
-         enoent},
+         [&](auto d) { return ReadReplServerProperties(missing, &server, 2, d); },
+         openMissing + " for service " + enoent},
         {"control_agent_missing_section",
-         [&](ErrDetail* d) { return ReadReplControlAgentProperties(f, "a2", &agent, 0, d); },
-         "10004|10004|0|6275", "find_Section of <file> for section control-agent.a2", noService},
+         [&](auto d) { return ReadReplControlAgentProperties(f, "a2", &agent, 0, d); },
+         "10004|10004|0|6275|find_Section of <file> for section control-agent.a2" + noService},
         {"transition_missing_section",
-         [&](ErrDetail* d) { return ReadReplTransitionProperties(f, &transition, 0, d); },
-         "10004|10004|0|6275", "find_Section of <file> for section transition", noService},
+         [&](auto d) { return ReadReplTransitionProperties(f, &transition, 0, d); },
+         "10004|10004|0|6275|find_Section of <file> for section transition" + noService},
         {"sql_config_overlong_name",
-         [&](ErrDetail* d) { return ReadSQLConfigProperties(f, longName.c_str(), &sql, d); },
-         join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275), "ReadSQLConfigProperties section name",
-         std::strerror(ENAMETOOLONG)},
+         [&](auto d) { return ReadSQLConfigProperties(f, longName.c_str(), &sql, d); },
+         tooLong + "ReadSQLConfigProperties section name" + tooLongText},
     };
     for (const auto& c : cases) {
         ErrDetail detail{};
         const long result = c.read(&detail);
-        EXPECT_EQ(join(result, detail.code, detail.sysError, detail.msgNumber), c.result) << c.name;
-        EXPECT_EQ(placeholders(detail.where, f, std::getenv("VTX")), c.where) << c.name;
-        EXPECT_EQ(detail.message, c.message) << c.name;
+        EXPECT_EQ(join(result, detail.code, detail.sysError, detail.msgNumber,
+                       placeholders(detail.where, f, std::getenv("VTX")), detail.message),
+                  c.expected)
+            << c.name;
     }
 }
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "qorvel/services.h"
@@ -10,130 +10,60 @@
 
 namespace {
 
+using qorvel::services::testing::join;
 using qorvel::services::testing::TempFile;
 using qorvel::services::testing::TempInstall;
 
 const char* kCorvane =
-    "[Corvane]\n"
-    "RootPath=/web/root\n"
-    "ScriptPath=/cgi-bin\n"
-    "Components=1010011\n"
-    "[Corvane.Messengers]\n"
-    "logFile=msngr.log\n"
-    "[Corvane.Messengers.CGIIP]\n"
-    "AllowMsngrCmds=1\n"
-    "cvmAdmIPList=10.0.0.1,10.0.0.2\n"
-    "useConnID=no\n"
-    "[Corvane.Messengers.CVISA]\n"
-    "AllowMsngrCmds=yes\n"
-    "useConnID=0\n"
-    "[Corvane.Messengers.CVNSA]\n"
-    "AllowMsngrCmds=1\n"
+    "[Corvane]\nRootPath=/web/root\nScriptPath=/cgi-bin\nComponents=1010011\n"
+    "[Corvane.Messengers]\nlogFile=msngr.log\n"
+    "[Corvane.Messengers.CGIIP]\nAllowMsngrCmds=1\ncvmAdmIPList=10.0.0.1,10.0.0.2\nuseConnID=no\n"
+    "[Corvane.Messengers.CVISA]\nAllowMsngrCmds=yes\nuseConnID=0\n"
+    "[Corvane.Messengers.CVNSA]\nAllowMsngrCmds=1\n"
     "[UBroker]\n[UBroker.CV]\n[UBroker.CV.a]\n[UBroker.CV.b]\n[UBroker.CVX]\n"
     "[NameServer]\nportNumber=5162\n[NameServer.NS1]\nhostName=nshost\n";
 
-TEST(ReadMsngrProperties, ReadsTheThreeSectionChain) {
+TEST(MessengerAndNameServer, ReadTheirSectionChains) {
     TempFile file(kCorvane);
-    auto r = std::make_unique<MsngrServiceInfo>();
-    ASSERT_EQ(ReadMsngrProperties(file.path(), "CGIIP", r.get(), nullptr), 0);
-    EXPECT_STREQ(r->RootPath, "/web/root");
-    EXPECT_STREQ(r->logFile, "msngr.log");
-    EXPECT_STREQ(r->AllowMsngrCmds, "1");
-    EXPECT_EQ(r->numLogFiles, 3);
-    EXPECT_STREQ(r->ipver, "IPv4");
+    MsngrServiceInfo msngr{};
+    EXPECT_EQ(join(ReadMsngrProperties(file.path(), "CGIIP", &msngr, nullptr), msngr.RootPath,
+                   msngr.logFile, msngr.AllowMsngrCmds),
+              "0|/web/root|msngr.log|1");
+    NSserviceInfo ns{};
+    EXPECT_EQ(join(ReadNSproperties(file.path(), "NS1", &ns, nullptr), ns.portNumber, ns.hostName),
+              "0|5162|nshost");
 }
 
-TEST(ReadMsngrProperties, RefusesANullNameAndNamesTheFileOnOpenFailure) {
-    TempInstall install("");
-    auto r = std::make_unique<MsngrServiceInfo>();
-    ErrDetail detail{};
-    EXPECT_EQ(ReadMsngrProperties("/nonexistent/m.properties", nullptr, r.get(), &detail), 10007);
-    EXPECT_STREQ(detail.where, "ReadMsngrProperties");
-    EXPECT_EQ(ReadMsngrProperties("/nonexistent/m.properties", "CGIIP", r.get(), &detail), ENOENT);
-    EXPECT_EQ(detail.where, "opencfg of " + std::string(std::getenv("VTX")) +
-                                "/properties//nonexistent/m.properties for Corvane Messengers");
-    EXPECT_EQ(detail.code, 10015);
-    EXPECT_EQ(detail.sysError, ENOENT);
-}
-
-TEST(ReadNSproperties, ReadsDefaultsAndTheNamedServer) {
-    TempFile file(kCorvane);
-    auto r = std::make_unique<NSserviceInfo>();
-    ErrDetail detail{};
-    ASSERT_EQ(ReadNSproperties(file.path(), "NS1", r.get(), nullptr), 0);
-    EXPECT_EQ(r->portNumber, 5162);
-    EXPECT_EQ(r->numLogFiles, 3);
-    EXPECT_STREQ(r->hostName, "nshost");
-    EXPECT_EQ(ReadNSproperties(file.path(), "", r.get(), &detail), 10007);
-    EXPECT_STREQ(detail.where, "ReadNSproperties");
-}
-
-TEST(NameServerAndMessengers, WrongVersionIsReportedUnderTheReadersName) {
-    TempFile file(
-        "[NameServer]\ninfoVersion=9000\n[NameServer.NS1]\n"
-        "[Corvane]\ninfoVersion=9000\n[Corvane.Messengers]\n"
-        "[Corvane.Messengers.CGIIP]\n");
+TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
+    TempInstall install(kCorvane);
+    unsetenv("CORVANECNF");
     const struct {
-        const char* where;
-        long (*read)(const char*, ErrDetail*);
+        const char* name;
+        const char* address;
+        int type;
+        std::string expected;  // result, allowCmds, useConnID
     } cases[] = {
-        {"ReadNSproperties",
-         [](const char* f, ErrDetail* d) {
-             NSserviceInfo r;
-             return ReadNSproperties(f, "NS1", &r, d);
-         }},
-        {"ReadMsngrProperties",
-         [](const char* f, ErrDetail* d) {
-             MsngrServiceInfo r;
-             return ReadMsngrProperties(f, "CGIIP", &r, d);
-         }},
+        {"listed_address_allowed", "10.0.0.2", MSNGR_CGIIP, "0|1|1"},
+        {"longer_address_refused", "10.0.0.20", MSNGR_CGIIP, "0|0|1"},
+        {"suffix_address_refused", "0.0.1", MSNGR_CGIIP, "0|0|1"},
+        {"yes_is_not_one", "10.0.0.1", MSNGR_CVISA, "0|0|0"},
+        {"no_list_allows_every_address", "1.2.3.4", MSNGR_CVNSA, "0|1|0"},
+        {"unknown_type", "10.0.0.1", 4, "-1|-5|-5"},
+        {"type_zero", "10.0.0.1", 0, "-1|-5|-5"},
     };
     for (const auto& c : cases) {
-        ErrDetail detail{};
-        EXPECT_EQ(c.read(file.path(), &detail), 10005) << c.where;
-        EXPECT_EQ(detail.code, 10005) << c.where;
-        EXPECT_STREQ(detail.where, c.where);
-    }
-}
-
-struct CtlCase {
-    const char* name;
-    const char* address;
-    int type;
-    long result;
-    int64_t allow;
-    int64_t useConnID;
-};
-
-TEST(MsngrCtlSettings, DecidesCommandsAndConnectionIds) {
-    TempInstall install(kCorvane);
-    unsetenv("CORVANECNF");
-    const CtlCase cases[] = {
-        {"listed_address_allowed", "10.0.0.2", MSNGR_CGIIP, 0, 1, 1},
-        {"longer_address_refused", "10.0.0.20", MSNGR_CGIIP, 0, 0, 1},
-        {"suffix_address_refused", "0.0.1", MSNGR_CGIIP, 0, 0, 1},
-        {"yes_is_not_one", "10.0.0.1", MSNGR_CVISA, 0, 0, 0},
-        {"no_list_allows_every_address", "1.2.3.4", MSNGR_CVNSA, 0, 1, 0},
-        {"unknown_type", "10.0.0.1", 4, -1, -5, -5},
-        {"type_zero", "10.0.0.1", 0, -1, -5, -5},
-    };
-    for (const CtlCase& c : cases) {
         int64_t allow = -5;
         int64_t use = -5;
-        EXPECT_EQ(getMsngrCtlSettings(c.address, c.type, &allow, &use), c.result) << c.name;
-        EXPECT_EQ(allow, c.allow) << c.name;
-        EXPECT_EQ(use, c.useConnID) << c.name;
+        EXPECT_EQ(join(getMsngrCtlSettings(c.address, c.type, &allow, &use), allow, use),
+                  c.expected)
+            << c.name;
     }
-}
-
-TEST(MsngrCtlSettings, AbsentAddressListReturnsTwoWithoutConnIdRead) {
-    TempInstall install(kCorvane);
-    unsetenv("CORVANECNF");
     int64_t allow = -5;
-    EXPECT_EQ(getMsngrCmdControl("1.2.3.4", MSNGR_CVNSA, &allow), 2);
+    EXPECT_EQ(getMsngrCmdControl("1.2.3.4", MSNGR_CVNSA, &allow), 2) << "no list to search";
     EXPECT_EQ(allow, 1);
+    allow = -5;
     EXPECT_EQ(getMsngrCmdControl(nullptr, MSNGR_CGIIP, &allow), 0);
-    EXPECT_EQ(allow, 1) << "a null address leaves the flag alone";
+    EXPECT_EQ(allow, -5) << "a null address leaves the flag alone";
 }
 
 TEST(MsngrCtlSettings, CorvaneCnfFileAlwaysUsesTheCgiipSection) {
@@ -143,58 +73,61 @@ TEST(MsngrCtlSettings, CorvaneCnfFileAlwaysUsesTheCgiipSection) {
     int64_t use = -5;
     EXPECT_EQ(getMsngrCmdCtlUseConnID("10.0.0.1", MSNGR_CVISA, &allow, &use), 0);
     unsetenv("CORVANECNF");
-    EXPECT_EQ(allow, 1) << "CVISA's own section would refuse";
-    EXPECT_EQ(use, 1);
+    EXPECT_EQ(join(allow, use), "1|1") << "CVISA's own section would refuse";
 }
 
 TEST(CorvaneInfo, PathsAndComponentFlags) {
-    TempInstall install(kCorvane);
-    setenv("WRKDIR", "/work/dir", 1);
-    PathInfo info{};
-    EXPECT_EQ(getCV_PathInfo(&info), 0);
-    unsetenv("WRKDIR");
-    EXPECT_STREQ(info.RootPath, "/web/root");
-    EXPECT_STREQ(info.ScriptPath, "/cgi-bin");
-    EXPECT_STREQ(info.WorkDir, "/work/dir");
-    int64_t flags[7] = {9, 9, 9, 9, 9, 9, 9};
-    EXPECT_EQ(getComponentList(flags), 0);
-    const int64_t expected[7] = {1, 0, 1, 0, 0, 1, 1};
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(flags[i], expected[i]) << i;
-}
-
-TEST(CorvaneInfo, ShortComponentsAndMissingKeys) {
-    TempInstall install("[Corvane]\nComponents=1\n");
-    int64_t flags[7] = {9, 9, 9, 9, 9, 9, 9};
-    EXPECT_EQ(getComponentList(flags), 0);
-    EXPECT_EQ(flags[0], 1);
-    for (int i = 1; i < 7; ++i) EXPECT_EQ(flags[i], 0) << i;
-    PathInfo info{};
-    EXPECT_EQ(getCV_PathInfo(&info), 2);
-    EXPECT_STREQ(info.RootPath, "RootPath") << "an absent key leaves its name";
+    const struct {
+        const char* text;
+        std::string paths;  // result, RootPath, ScriptPath, WorkDir
+        std::string flags;  // result, flags
+    } cases[] = {
+        {kCorvane, "0|/web/root|/cgi-bin|/work/dir", "0|1010011"},
+        {"[Corvane]\nComponents=1\n", "2|RootPath||",
+         "0|1000000"},  // an absent key leaves its name
+    };
+    for (const auto& c : cases) {
+        TempInstall install(c.text);
+        setenv("WRKDIR", "/work/dir", 1);
+        PathInfo info{};
+        const long result = getCV_PathInfo(&info);
+        unsetenv("WRKDIR");
+        EXPECT_EQ(join(result, info.RootPath, info.ScriptPath, info.WorkDir), c.paths);
+        int64_t flags[7] = {9, 9, 9, 9, 9, 9, 9};
+        std::string digits = std::to_string(getComponentList(flags)) + "|";
+        for (int64_t flag : flags) digits += std::to_string(flag);
+        EXPECT_EQ(digits, c.flags);
+    }
 }
 
 TEST(ServiceEnumeration, ListsTheChildrenOfUBrokerCV) {
-    struct Case {
+    // 40 names of 250 characters: only 32 whole ones fit the list.
+    std::string overlong = "[UBroker.CV]\n";
+    std::string kept;
+    for (int i = 0; i < 40; ++i) {
+        const std::string name(250, static_cast<char>('a' + i % 26));
+        overlong += "[UBroker.CV." + name + "]\n";
+        if (i < 32) kept += (i ? "," : "") + name;
+    }
+    const struct {
         const char* name;
-        const char* text;
-        const char* list;
-        int64_t count;
+        std::string text;
+        std::string expected;  // result, count, list
     } cases[] = {
-        {"two_services_and_a_prefix_twin", kCorvane, "a,b,CVX", 3},
-        {"no_children", "[UBroker.CV]\n[Other]\n", "", 0},
+        {"two_services_and_a_prefix_twin", kCorvane, "0|3|a,b,CVX"},
+        {"no_children", "[UBroker.CV]\n[Other]\n", "0|0|"},
+        {"overlong_list_keeps_whole_names", overlong, join(ENOBUFS, 32, kept)},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         TempInstall install(c.text);
         char list[SERVICE_LIST_SIZE];
         char* p = list;
         int64_t count = -1;
-        EXPECT_EQ(getServiceList(&p, 0, &count), 0) << c.name;
-        EXPECT_STREQ(list, c.list) << c.name;
-        EXPECT_EQ(count, c.count) << c.name;
+        EXPECT_EQ(join(getServiceList(&p, 0, &count), count, list), c.expected) << c.name;
     }
 }
 
-TEST(ServiceEnumeration, SingleLookClosesTheFile) {
+TEST(ServiceEnumeration, SingleLookClosesTheFileStepwiseKeepsItOpen) {
     TempInstall install(kCorvane);
     CFGHANDLE context{};
     char name[8];
@@ -203,22 +136,10 @@ TEST(ServiceEnumeration, SingleLookClosesTheFile) {
     EXPECT_STREQ(name, "a");
     EXPECT_EQ(context.fp, nullptr);
     EXPECT_EQ(serviceEnum_CV(&context, 0, &p, sizeof name), 0);
-    EXPECT_NE(context.fp, nullptr) << "a stepwise enumeration keeps the file open";
+    EXPECT_NE(context.fp, nullptr);
     EXPECT_EQ(serviceEnum_CV(&context, 1, &p, sizeof name), 0);
     EXPECT_STREQ(name, "b");
     closecfg(&context);
-}
-
-TEST(ServiceEnumeration, OverlongListIsRefusedKeepingWholeNames) {
-    std::string text = "[UBroker.CV]\n";
-    for (int i = 0; i < 40; ++i) text += "[UBroker.CV." + std::string(250, 'a' + i % 26) + "]\n";
-    TempInstall install(text);
-    char list[SERVICE_LIST_SIZE];
-    char* p = list;
-    int64_t count = 0;
-    EXPECT_EQ(getServiceList(&p, 0, &count), ENOBUFS);
-    EXPECT_EQ(count, 32);
-    EXPECT_EQ(std::strlen(list), 32u * 251 - 1);
 }
 
 }  // namespace

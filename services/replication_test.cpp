@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <cerrno>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "qorvel/services.h"
@@ -9,168 +10,80 @@
 
 namespace {
 
+using qorvel::services::testing::join;
 using qorvel::services::testing::TempFile;
-using qorvel::services::testing::TempInstall;
 
 const char* kRepl =
-    "[server]\n"
-    "database=/db/source db\n"
-    "listener-minport=4000\n"
-    "repl-keep-alive=30\n"
-    "[control-agent.agent1]\n"
-    "host=target\n"
-    "arguments=-a -b\n"
-    "[agent]\n"
-    "name=agent one\n"
-    "[transition]\n"
-    "[pm.main]\n"
-    "install-dir=/opt/pm dir\n"
-    "minport=9000\n"
-    "[sql-configuration]\n"
-    "configuration-names-list=c1, c2\n"
-    "[configuration.c1]\n"
-    "database-id-list=d1\n"
-    "[database.d1]\n"
-    "name=first word\n"
-    "location=/data/with blanks\n"
-    "[server2]\n";
+    "[server]\ndatabase=/db/source db\nlistener-minport=4000\nrepl-keep-alive=30\n"
+    "[control-agent.agent1]\nhost=target\narguments=-a -b\n"
+    "[pm.main]\ninstall-dir=/opt/pm dir\nminport=9000\n"
+    "[sql-configuration]\nconfiguration-names-list=c1, c2\n"
+    "[configuration.c1]\ndatabase-id-list=d1\n"
+    "[database.d1]\nname=first word\nlocation=/data/with blanks\n";
 
-TEST(ReplServer, Version1AndVersion2ShareTheirFirstPart) {
+TEST(ReplServer, Version2RecordExtendsVersion1AndVersion1StopsAtItsEnd) {
     TempFile file(kRepl);
     ReplServerPropsV2 v2;
     std::memset(&v2, 'x', sizeof v2);
     ASSERT_EQ(ReadReplServerProperties(file.path(), &v2, REPL_VERSION_1, nullptr), 0);
-    EXPECT_STREQ(v2.v1.database, "/db/source db");
-    EXPECT_EQ(v2.v1.listener_minport, 4000);
-    EXPECT_EQ(v2.v1.listener_maxport, -1);
-    EXPECT_STREQ(v2.v1.transition, "manual");
-    EXPECT_EQ(v2.v1.transition_timeout, 1200);
+    EXPECT_EQ(join(v2.v1.database, v2.v1.listener_minport, v2.v1.listener_maxport),
+              "/db/source db|4000|-1");
     EXPECT_EQ(v2.minimum_polling_delay, 0x7878787878787878) << "version 1 stops at its end";
-
-    ReplServerProps v1Copy = v2.v1;
+    const ReplServerProps v1 = v2.v1;
     ASSERT_EQ(ReadReplServerProperties(file.path(), &v2, REPL_VERSION_2, nullptr), 0);
-    EXPECT_EQ(std::memcmp(&v1Copy, &v2.v1, sizeof v1Copy), 0);
-    EXPECT_EQ(v2.repl_keep_alive, 30);
-    EXPECT_EQ(v2.tcp_inactivity_timeout, -1);
-    EXPECT_STREQ(v2.schema_lock_action, "wait");
-}
+    EXPECT_EQ(std::memcmp(&v1, &v2.v1, sizeof v1), 0) << "both versions share the first part";
+    EXPECT_EQ(join(v2.repl_keep_alive, v2.tcp_inactivity_timeout), "30|-1");
 
-TEST(ReplServer, UnknownVersionIsRefusedOnlyOnceTheFileOpens) {
-    TempFile file(kRepl);
-    ReplServerPropsV2 record;
-    std::memset(&record, 'x', sizeof record);
-    ErrDetail detail{};
-    EXPECT_EQ(ReadReplServerProperties(file.path(), &record, 2, &detail), 10025);
-    EXPECT_EQ(detail.code, 10025);
-    EXPECT_EQ(detail.msgNumber, 0u);
-    EXPECT_STREQ(detail.where, "Invalid Velmor Replication version specified");
-    EXPECT_STREQ(detail.message, " ");
-    EXPECT_EQ(record.v1.database[0], 'x') << "the record is untouched";
-    TempInstall install("");  // the miss resolves under it and fails to open
-    EXPECT_EQ(ReadReplServerProperties("/nonexistent/r.properties", &record, 2, &detail), ENOENT)
-        << "an open failure comes before the version test";
-    EXPECT_EQ(detail.where, "opencfg of " + std::string(std::getenv("VTX")) +
-                                "/properties//nonexistent/r.properties for service ");
-}
-
-TEST(ReplControlAgent, ReadsTheNamedAgentsSection) {
-    TempFile file(kRepl);
-    ReplControlAgentPropsV2 record;
+    ReplControlAgentPropsV2 agent;
     ASSERT_EQ(
-        ReadReplControlAgentProperties(file.path(), "agent1", &record, REPL_VERSION_2, nullptr), 0);
-    EXPECT_STREQ(record.v1.host, "target");
-    EXPECT_EQ(record.v1.critical, 1);
-    EXPECT_STREQ(record.v1.replication_method, "async");
-    EXPECT_EQ(record.v1.connect_timeout, 120);
-    EXPECT_EQ(record.v1.maximum_message, 129);
-    EXPECT_STREQ(record.arguments, "-a -b");
-    EXPECT_STREQ(record.ipver, "ipv4");
-
-    ErrDetail detail{};
-    EXPECT_EQ(
-        ReadReplControlAgentProperties(file.path(), "agent2", &record, REPL_VERSION_1, &detail),
-        10004);
-    EXPECT_EQ(detail.where,
-              std::string("find_Section of ") + file.path() + " for section control-agent.agent2");
+        ReadReplControlAgentProperties(file.path(), "agent1", &agent, REPL_VERSION_2, nullptr), 0);
+    EXPECT_EQ(join(agent.v1.host, agent.arguments), "target|-a -b");
 }
 
-struct NameLimitCase {
-    const char* name;
-    std::size_t length;
-    long result;
-};
-
-TEST(SingleSectionReaders, NamesPastTheirLimitAreRefused) {
+TEST(SingleSectionReaders, NamesUpToTheirLimitAreLookedForLongerOnesRefused) {
     TempFile file(kRepl);
-    const NameLimitCase cases[] = {
-        {"agent_name_at_limit", 49, 10004},
-        {"agent_name_past_limit", 50, ENAMETOOLONG},
-    };
-    for (const NameLimitCase& c : cases) {
-        std::string name(c.length, 'n');
-        ReplControlAgentProps record;
-        ErrDetail detail{};
-        EXPECT_EQ(ReadReplControlAgentProperties(file.path(), name.c_str(), &record, REPL_VERSION_1,
-                                                 &detail),
-                  c.result)
-            << c.name;
-    }
+    const char* f = file.path();
+    ReplControlAgentProps agent;
     SQLDbProperties db;
-    EXPECT_EQ(ReadSQLDbProperties(file.path(), std::string(55, 'd').c_str(), &db, nullptr),
-              ENAMETOOLONG);
     SQLConfigurationProperties config;
-    ErrDetail detail{};
-    EXPECT_EQ(ReadSQLConfigProperties(file.path(), std::string(242, 'c').c_str(), &config, &detail),
-              ENAMETOOLONG);
-    EXPECT_STREQ(detail.where, "ReadSQLConfigProperties section name");
-}
-
-TEST(ReplAgentAndTransition, EmptySectionsGiveTheTableDefaults) {
-    TempFile file(kRepl);
-    ReplAgentPropsV2 agent;
-    ASSERT_EQ(ReadReplAgentProperties(file.path(), &agent, REPL_VERSION_2, nullptr), 0);
-    EXPECT_STREQ(agent.v1.name, "agent") << "first word only";
-    EXPECT_EQ(agent.v1.listener_minport, -1);
-    EXPECT_STREQ(agent.ipver, "ipv4");
-    ReplTransitionProps transition;
-    ASSERT_EQ(ReadReplTransitionProperties(file.path(), &transition, 0, nullptr), 0);
-    EXPECT_STREQ(transition.database_role, "normal");
-    EXPECT_STREQ(transition.backup_method, "mark");
-    EXPECT_EQ(transition.start_secondary_broker, -1);
-    EXPECT_EQ(transition.auto_begin_ai, -1);
-}
-
-TEST(ReplTransition, MissingSectionIsNamed) {
-    TempFile file("[server]\n");
-    ReplTransitionProps transition;
-    std::memset(&transition, 'x', sizeof transition);
-    ErrDetail detail{};
-    EXPECT_EQ(ReadReplTransitionProperties(file.path(), &transition, 0, &detail), 10004);
-    EXPECT_EQ(detail.where,
-              std::string("find_Section of ") + file.path() + " for section transition");
-    EXPECT_EQ(transition.responsibility[0], '\0') << "cleared before the search";
+    PMMGRProps pm;
+    const struct {
+        const char* reader;
+        std::function<long(const char*)> read;
+        std::size_t limit;
+    } cases[] = {
+        {"agent",
+         [&](const char* n) {
+             return ReadReplControlAgentProperties(f, n, &agent, REPL_VERSION_1, nullptr);
+         },
+         49},
+        {"db", [&](const char* n) { return ReadSQLDbProperties(f, n, &db, nullptr); }, 54},
+        {"config", [&](const char* n) { return ReadSQLConfigProperties(f, n, &config, nullptr); },
+         241},
+        {"pm", [&](const char* n) { return ReadPMMGRProperties(f, n, &pm, 0, nullptr); }, 63},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(c.read(std::string(c.limit, 'n').c_str()), 10004) << c.reader;
+        EXPECT_EQ(c.read(std::string(c.limit + 1, 'n').c_str()), ENAMETOOLONG) << c.reader;
+    }
 }
 
 TEST(ProcessManagerAndSql, ReadTheirSections) {
     TempFile file(kRepl);
     PMMGRProps pm;
-    ASSERT_EQ(ReadPMMGRProperties(file.path(), "pm.main", &pm, 0, nullptr), 0);
-    EXPECT_STREQ(pm.install_dir, "/opt/pm dir");
-    EXPECT_EQ(pm.minport, 9000);
+    EXPECT_EQ(join(ReadPMMGRProperties(file.path(), "pm.main", &pm, 0, nullptr), pm.install_dir,
+                   pm.minport),
+              "0|/opt/pm dir|9000");
     EXPECT_EQ(ReadPMMGRProperties(file.path(), "main", &pm, 0, nullptr), 10004)
         << "the name is used as given, without prefix";
-
     SQLConfigurationList list;
-    ASSERT_EQ(ReadSQLConfigList(file.path(), &list, nullptr), 0);
-    EXPECT_STREQ(list.configuration_names_list, "c1, c2");
     SQLConfigurationProperties config;
-    ASSERT_EQ(ReadSQLConfigProperties(file.path(), "c1", &config, nullptr), 0);
-    EXPECT_STREQ(config.database_id_list, "d1");
     SQLDbProperties db;
-    ASSERT_EQ(ReadSQLDbProperties(file.path(), "d1", &db, nullptr), 0);
-    EXPECT_STREQ(db.name, "first");
-    EXPECT_STREQ(db.location, "/data/with blanks");
-    EXPECT_STREQ(db.catalog, "");
+    EXPECT_EQ(
+        join(ReadSQLConfigList(file.path(), &list, nullptr), list.configuration_names_list,
+             ReadSQLConfigProperties(file.path(), "c1", &config, nullptr), config.database_id_list,
+             ReadSQLDbProperties(file.path(), "d1", &db, nullptr), db.name, db.location),
+        "0|c1, c2|0|d1|0|first|/data/with blanks");
 }
 
 }  // namespace
