@@ -80,11 +80,8 @@ TEST(CvCrypto, XorsWithTheRepeatingKeyInPlaceAndWritesNothingForNoLength) {
     EXPECT_EQ(once[3], 0x03 ^ 'X') << "the key restarts after its last character";
     cv_crypto("XKT", once, 256, once);
     EXPECT_EQ(std::string(once, once + 256), std::string(all, all + 256));
-    unsigned char copy[4] = {};
-    EXPECT_EQ(cv_crypto("", "ab\0c", 4, copy), 4);
-    EXPECT_EQ(std::string(copy, copy + 4), std::string("ab\0c", 4)) << "an empty key copies";
-    for (int length : {0, -1}) EXPECT_EQ(cv_crypto("k", "xy", length, copy), 0);
-    EXPECT_EQ(copy[0], 'a');
+    for (int length : {0, -1}) EXPECT_EQ(cv_crypto("k", "xy", length, once), 0);
+    EXPECT_EQ(once[0], 0) << "nothing written";
 }
 
 }  // namespace

@@ -52,14 +52,12 @@ TEST(ParseConnID, SplitsTheFieldsAndCutsEachToItsWidth) {
 TEST(ParseConnID, SplitsAFieldOfItsOwnRecordAndLeavesTheEncipheredTextAlone) {
     CONNIDINFO info{};
     std::string("ABCD").copy(info.encryptedId, 4);
-    info.encryptedIdLength = 4;
     std::string("h::b::9::x::y").copy(info.connId, 13);
     parseConnID(info.connId, &info);
     EXPECT_STREQ(info.idRest, "x::y");
     parseConnID(info.idRest, &info);
     EXPECT_EQ(fields(info), Fields("x::y", "x", "y", 0, ""));
     EXPECT_STREQ(info.encryptedId, "ABCD");
-    EXPECT_EQ(info.encryptedIdLength, 4);
 }
 
 // A cut identifier would decipher into a different one, so it is refused;
