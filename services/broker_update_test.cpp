@@ -9,6 +9,7 @@
 
 namespace {
 
+using qorvel::services::testing::join;
 using qorvel::services::testing::TempFile;
 
 // Each handler call, as "<handler>:<key>;".
@@ -20,7 +21,6 @@ int note(const char* handler, const char* key) {
 }
 int deferred(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("deferred", key); }
 int connectProc(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("proc", key); }
-int fallback(const char* key, UBSERVICEINFO*, UBSERVICEINFO*) { return note("fallback", key); }
 int typedPort(const char* key, UBSERVICEINFO*, UBSERVICEINFO* fresh) {
     note("typed", key);
     return static_cast<int>(fresh->portNumber);
@@ -38,16 +38,15 @@ TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKeyAndKeepsTheRecordInForc
         const char* name;
         const char* service;  // the service section as it is now in the file
         bool countDeferred;
-        const char* calls;
-        int64_t deferredCount, result;
+        const char* expected;  // calls, deferred count, update result
     } cases[] = {
-        {"unchanged_calls_nothing", "portNumber=3000\n", true, "", 0, 0},
-        {"deferred_key_counted", "srvrConnectProc=p\n", true, "deferred:srvrConnectProc;", 1, 0},
-        {"deferred_key_uncounted_goes_to_its_own_handler", "srvrConnectProc=p\n", false,
-         "proc:srvrConnectProc;", 0, 0},
-        {"type_specific_handler_gives_the_result", "portNumber=42\n", true, "typed:portNumber;", 0,
-         42},
-        {"change_without_handler_is_skipped", "portNumber=3000\nuuid=u\n", true, "", 0, 0},
+        {"unchanged_calls_nothing", "portNumber=3000\n", true, "|0|0"},
+        {"deferred_key_counted", "srvrConnectProc=p\n", true, "deferred:srvrConnectProc;|1|0"},
+        {"uncounted_deferred_key_goes_to_its_handler", "srvrConnectProc=p\n", false,
+         "proc:srvrConnectProc;|0|0"},
+        {"type_specific_handler_gives_the_result", "portNumber=42\n", true,
+         "typed:portNumber;|0|42"},
+        {"change_without_handler_is_skipped", "portNumber=3000\nuuid=u\n", true, "|0|0"},
     };
     const std::string sections = "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\n";
     TempFile baseFile(sections + "portNumber=3000\n");
@@ -64,18 +63,16 @@ TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKeyAndKeepsTheRecordInForc
                                c.countDeferred ? &deferredCount : nullptr, kHandlers, &result),
             0)
             << c.name;
-        EXPECT_EQ(calls, c.calls) << c.name;
-        EXPECT_EQ(deferredCount, c.deferredCount) << c.name;
-        EXPECT_EQ(result, c.result) << c.name;
+        EXPECT_EQ(join(calls, deferredCount, result), c.expected) << c.name;
         EXPECT_EQ(std::memcmp(&before, current.get(), sizeof before), 0) << c.name;
     }
 }
 
 TEST(GetUpdateFunction, MatchesNamesExactlyElseTheEndingPair) {
-    const UpdateFuncEntry table[] = {{deferred, "update_a"}, {fallback, nullptr}};
+    const UpdateFuncEntry table[] = {{deferred, "update_a"}, {connectProc, nullptr}};
     EXPECT_EQ(getUpdateFunction("update_a", table), deferred);
-    EXPECT_EQ(getUpdateFunction("UPDATE_A", table), fallback);
-    EXPECT_EQ(getUpdateFunction("update_b", table), fallback);
+    EXPECT_EQ(getUpdateFunction("UPDATE_A", table), connectProc);
+    EXPECT_EQ(getUpdateFunction("update_b", table), connectProc);
 }
 
 }  // namespace

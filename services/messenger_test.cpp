@@ -36,28 +36,32 @@ TEST(MessengerAndNameServer, ReadTheirSectionChains) {
 
 TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
     TempInstall install(kCorvane);
-    unsetenv("CORVANECNF");
+    TempFile cnf(kCorvane);
     const struct {
         const char* name;
         const char* address;
         int type;
+        bool corvaneCnf;       // CORVANECNF names a file
         std::string expected;  // result, allowCmds, useConnID
     } cases[] = {
-        {"listed_address_allowed", "10.0.0.2", MSNGR_CGIIP, "0|1|1"},
-        {"longer_address_refused", "10.0.0.20", MSNGR_CGIIP, "0|0|1"},
-        {"suffix_address_refused", "0.0.1", MSNGR_CGIIP, "0|0|1"},
-        {"yes_is_not_one", "10.0.0.1", MSNGR_CVISA, "0|0|0"},
-        {"no_list_allows_every_address", "1.2.3.4", MSNGR_CVNSA, "0|1|0"},
-        {"unknown_type", "10.0.0.1", 4, "-1|-5|-5"},
-        {"type_zero", "10.0.0.1", 0, "-1|-5|-5"},
+        {"listed_address_allowed", "10.0.0.2", MSNGR_CGIIP, false, "0|1|1"},
+        {"longer_address_refused", "10.0.0.20", MSNGR_CGIIP, false, "0|0|1"},
+        {"suffix_address_refused", "0.0.1", MSNGR_CGIIP, false, "0|0|1"},
+        {"yes_is_not_one", "10.0.0.1", MSNGR_CVISA, false, "0|0|0"},
+        {"no_list_allows_every_address", "1.2.3.4", MSNGR_CVNSA, false, "0|1|0"},
+        {"unknown_type", "10.0.0.1", 4, false, "-1|-5|-5"},
+        {"type_zero", "10.0.0.1", 0, false, "-1|-5|-5"},
+        {"corvanecnf_file_always_uses_cgiip", "10.0.0.1", MSNGR_CVISA, true, "0|1|1"},
     };
     for (const auto& c : cases) {
+        c.corvaneCnf ? setenv("CORVANECNF", cnf.path(), 1) : unsetenv("CORVANECNF");
         int64_t allow = -5;
         int64_t use = -5;
-        EXPECT_EQ(join(getMsngrCtlSettings(c.address, c.type, &allow, &use), allow, use),
+        EXPECT_EQ(join(getMsngrCmdCtlUseConnID(c.address, c.type, &allow, &use), allow, use),
                   c.expected)
             << c.name;
     }
+    unsetenv("CORVANECNF");
     int64_t allow = -5;
     EXPECT_EQ(getMsngrCmdControl("1.2.3.4", MSNGR_CVNSA, &allow), 2) << "no list to search";
     EXPECT_EQ(allow, 1);
@@ -66,25 +70,14 @@ TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
     EXPECT_EQ(allow, -5) << "a null address leaves the flag alone";
 }
 
-TEST(MsngrCtlSettings, CorvaneCnfFileAlwaysUsesTheCgiipSection) {
-    TempFile file(kCorvane);
-    setenv("CORVANECNF", file.path(), 1);
-    int64_t allow = -5;
-    int64_t use = -5;
-    EXPECT_EQ(getMsngrCmdCtlUseConnID("10.0.0.1", MSNGR_CVISA, &allow, &use), 0);
-    unsetenv("CORVANECNF");
-    EXPECT_EQ(join(allow, use), "1|1") << "CVISA's own section would refuse";
-}
-
 TEST(CorvaneInfo, PathsAndComponentFlags) {
     const struct {
         const char* text;
-        std::string paths;  // result, RootPath, ScriptPath, WorkDir
+        std::string paths;  // result, RootPath, ScriptPath, WorkDir; an absent key leaves its name
         std::string flags;  // result, flags
     } cases[] = {
         {kCorvane, "0|/web/root|/cgi-bin|/work/dir", "0|1010011"},
-        {"[Corvane]\nComponents=1\n", "2|RootPath||",
-         "0|1000000"},  // an absent key leaves its name
+        {"[Corvane]\nComponents=1\n", "2|RootPath||", "0|1000000"},
     };
     for (const auto& c : cases) {
         TempInstall install(c.text);
@@ -133,12 +126,10 @@ TEST(ServiceEnumeration, SingleLookClosesTheFileStepwiseKeepsItOpen) {
     char name[8];
     char* p = name;
     EXPECT_EQ(serviceEnum_CV(&context, SERVICE_ENUM_FIRST_ONLY, &p, sizeof name), 0);
-    EXPECT_STREQ(name, "a");
-    EXPECT_EQ(context.fp, nullptr);
+    EXPECT_EQ(join(name, context.fp == nullptr), "a|1");
     EXPECT_EQ(serviceEnum_CV(&context, 0, &p, sizeof name), 0);
-    EXPECT_NE(context.fp, nullptr);
     EXPECT_EQ(serviceEnum_CV(&context, 1, &p, sizeof name), 0);
-    EXPECT_STREQ(name, "b");
+    EXPECT_EQ(join(name, context.fp == nullptr), "b|0");
     closecfg(&context);
 }
 

