@@ -12,68 +12,34 @@
 namespace qorvel {
 namespace {
 
-struct Case {
-    const char* name;
-    const char* destination;
-    int code;
-    std::string expected_stdout;
-    std::string expected_stderr;
-};
-
+// report() and its silent mode are checked through the built program (tests/cli).
 TEST(OutMessage, WritesTheConsoleProtocol) {
     const std::string enoent = std::strerror(ENOENT);
-    const Case cases[] = {
-        {"plain_stderr", "stderr", 0, "", "completed\n"},
-        {"stderr_with_code_has_no_line_end_after", "stderr", ENOENT, "", "completed\n" + enoent},
-        {"tagged_stdout", "stdout", 0, "!+0099%completed\n\n", ""},
-        {"tagged_stdout_with_code", "stdout", ENOENT, "!-0099%completed\n" + enoent + "\n", ""},
-        {"other_case_is_silent", "STDERR", 0, "", ""},
-        {"unknown_is_silent", "none", ENOENT, "", ""},
+    const std::string long_text(1000, 'x');
+    const struct {
+        const char* destination;
+        int code;
+        std::string text, expected_stdout, expected_stderr;
+    } cases[] = {
+        {"stderr", 0, "done\n", "", "done\n"},
+        {"stderr", ENOENT, "done\n", "", "done\n" + enoent},  // no line end after the code's text
+        {"stdout", 0, "done\n", "!+0099%done\n\n", ""},
+        {"stdout", ENOENT, "done\n", "!-0099%done\n" + enoent + "\n", ""},
+        {"stdout", 0, "100%d", "!+0099%100%d\n", ""},  // a % in the text is kept as it is
+        {"STDERR", 0, "done\n", "", ""},
+        {"none", ENOENT, "done\n", "", ""},
+        {"stderr", 0, long_text, "", std::string(255, 'x')},
+        {"stdout", 0, long_text, "!+0099%" + std::string(247, 'x') + "\n", ""},  // a cut line ends
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         settings = LaunchSettings{};
         bounded_copy(settings.outputDesc, c.destination);
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
-        outMessage(c.code, "%s", "completed\n");
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.expected_stdout) << c.name;
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), c.expected_stderr) << c.name;
+        outMessage(c.code, "%s", c.text.c_str());
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), c.expected_stdout) << c.destination;
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), c.expected_stderr) << c.destination;
     }
-}
-
-TEST(OutMessage, PercentInTheTextIsWrittenAsIs) {
-    settings = LaunchSettings{};
-    bounded_copy(settings.outputDesc, "stdout");
-    testing::internal::CaptureStdout();
-    outMessage(0, "%s", "100%d done");
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "!+0099%100%d done\n");
-}
-
-TEST(OutMessage, OverlongMessagesAreCutAndTaggedLinesStillEnd) {
-    settings = LaunchSettings{};
-    const std::string long_text(1000, 'x');
-    testing::internal::CaptureStderr();
-    outMessage(0, "%s", long_text.c_str());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), std::string(255, 'x'));
-
-    bounded_copy(settings.outputDesc, "stdout");
-    testing::internal::CaptureStdout();
-    outMessage(0, "%s", long_text.c_str());
-    std::string line = testing::internal::GetCapturedStdout();
-    EXPECT_EQ(line.size(), 255u);
-    EXPECT_EQ(line.back(), '\n');
-}
-
-TEST(Report, IsSilencedOutsideVerboseMode) {
-    settings = LaunchSettings{};
-    settings.fOption = SILENT_MODE;
-    testing::internal::CaptureStderr();
-    report("hidden\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-    settings.fOption = -1;  // a bad option reads as every bit set
-    testing::internal::CaptureStderr();
-    report("shown\n");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "shown\n");
 }
 
 }  // namespace

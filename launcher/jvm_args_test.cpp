@@ -1,113 +1,67 @@
+// The argument vector of the launch.
 #include "launcher/jvm_args.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
-#include "launcher/settings.h"
-#include "util/bounded_text.h"
+#include "launcher/test_settings.h"
 
 namespace qorvel {
 namespace {
 
 using Words = std::vector<std::string>;
 
-HeapText heap(const char* text) {
-    if (text == nullptr) return nullptr;
-    HeapText copy(new char[std::strlen(text) + 1]);
-    std::memcpy(copy.get(), text, std::strlen(text) + 1);
-    return copy;
-}
-
-struct Built {
-    int rc;
-    Words argv;
-};
-
-// Runs the builder on `program` and `words` with the three settings given.
-Built build(const char* program, Words words, const char* classpath = nullptr,
+// The vector built from `program` and `words` with the three settings given,
+// or "rc=<code>" when the builder refused.
+Words build(const char* program, Words words, const char* classpath = nullptr,
             const char* jvmargs = nullptr, const char* policyfile = nullptr) {
-    settings = LaunchSettings{};
-    bounded_copy(settings.outputDesc, "none");
-    settings.classpath = heap(classpath);
-    settings.jvmargs = heap(jvmargs);
-    settings.policyfile = heap(policyfile);
+    use_settings(classpath, jvmargs, policyfile);
     std::vector<char*> tail;
     for (std::string& w : words) tail.push_back(w.data());
     tail.push_back(nullptr);
     char** argv = nullptr;
-    Built result{create_argv(tail.data(), &argv, program), {}};
-    for (char** slot = argv; slot && *slot; ++slot) result.argv.emplace_back(*slot);
+    if (int rc = create_argv(tail.data(), &argv, program)) return {"rc=" + std::to_string(rc)};
+    Words result;
+    for (char** slot = argv; *slot; ++slot) result.emplace_back(*slot);
     destroy_argv(argv);
     return result;
 }
 
-struct SplitCase {
-    const char* name;
-    const char* options;
-    Words pieces;
-};
-
 TEST(CreateArgv, JvmOptionsSplitOnUnquotedBlanks) {
-    const SplitCase cases[] = {
-        {"two_options", "-Xms64m -Xmx512m", {"-Xms64m", "-Xmx512m"}},
-        {"quotes_protect_and_stay", "-Dname=\"a b\" -Xss1m", {"-Dname=\"a b\"", "-Xss1m"}},
-        {"blank_after_separator_starts_piece", "a  b", {"a", " b"}},
-        {"quote_after_separator_not_counted", "-X \"a b\"", {"-X", "\"a", "b\""}},
-        {"trailing_blank_is_kept", "-Xmx512m ", {"-Xmx512m "}},
-        {"open_quote_swallows_blanks", "-Da=\"x y -Db", {"-Da=\"x y -Db"}},
-        {"leading_blank_gives_empty_piece", " -Xmx1m", {"", "-Xmx1m"}},
-        {"tab_does_not_separate", "-Xa\t-Xb", {"-Xa\t-Xb"}},
-        {"existing_line_feed_cuts_too", "-Xa\n-Xb -Xc", {"-Xa", "-Xb", "-Xc"}},
+    const struct {
+        const char* options;
+        Words pieces;
+    } cases[] = {
+        {"-Xms64m -Xmx512m", {"-Xms64m", "-Xmx512m"}},
+        {"-Dname=\"a b\" -Xss1m", {"-Dname=\"a b\"", "-Xss1m"}},  // quotes protect and stay
+        {"a  b", {"a", " b"}},                 // the character after a separator never is one
+        {"-X \"a b\"", {"-X", "\"a", "b\""}},  // nor counts as a quote
+        {"-Xmx512m ", {"-Xmx512m "}},          // a trailing blank is kept
+        {"-Da=\"x y -Db", {"-Da=\"x y -Db"}},  // an open quote swallows the rest
+        {" -Xmx1m", {"", "-Xmx1m"}},
+        {"-Xa\t-Xb", {"-Xa\t-Xb"}},
+        {"-Xa\n-Xb -Xc", {"-Xa", "-Xb", "-Xc"}},  // a line feed already there cuts too
     };
-    for (const SplitCase& c : cases) {
-        Built b = build("java", {}, nullptr, c.options);
+    for (const auto& c : cases) {
         Words expected{"java"};
         expected.insert(expected.end(), c.pieces.begin(), c.pieces.end());
-        EXPECT_EQ(b.rc, 0) << c.name;
-        EXPECT_EQ(b.argv, expected) << c.name;
+        EXPECT_EQ(build("java", {}, nullptr, c.options), expected) << c.options;
     }
 }
 
+// The length limit and the unusable words are checked through the built program (tests/cli).
 TEST(CreateArgv, ElementsComeInFixedOrder) {
     setenv("QV_HOME", "/opt/app", 1);
-    Built b = build("$QV_HOME/bin/java", {"Main", "${QV_HOME}/conf"}, "/lib/a.jar", "-Xmx1m",
-                    "/etc/java.policy");
-    EXPECT_EQ(b.rc, 0);
-    EXPECT_EQ(b.argv, (Words{"/opt/app/bin/java", "-classpath", "/lib/a.jar", "-Xmx1m",
-                             "-Djava.security.policy=/etc/java.policy", "Main", "/opt/app/conf"}));
+    EXPECT_EQ(build("$QV_HOME/bin/java", {"Main", "${QV_HOME}/conf"}, "/lib/a.jar", "-Xmx1m",
+                    "/etc/java.policy"),
+              (Words{"/opt/app/bin/java", "-classpath", "/lib/a.jar", "-Xmx1m",
+                     "-Djava.security.policy=/etc/java.policy", "Main", "/opt/app/conf"}));
     EXPECT_STREQ(settings.policyfile.get(), "-Djava.security.policy=/etc/java.policy");
-}
-
-TEST(CreateArgv, EmptySettingsAddNothing) {
-    Built b = build("java", {}, "", "", "");
-    EXPECT_EQ(b.rc, 0);
-    EXPECT_EQ(b.argv, Words{"java"});
-}
-
-struct LimitCase {
-    const char* name;
-    const char* program;
-    Words words;
-    int rc;
-};
-
-TEST(CreateArgv, RefusesWhatCannotBePassedOn) {
-    unsetenv("QV_UNSET");
-    const std::string half(kMaxArgumentChars / 2, 'a');
-    const LimitCase cases[] = {
-        {"exactly_the_limit_passes", "java", {half, half}, 0},
-        {"one_over_the_limit", "java", {half, half + "a"}, 7},
-        {"unset_variable_in_program", "$QV_UNSET/java", {}, 22},
-        {"unset_variable_in_word", "java", {"ok", "$QV_UNSET"}, 22},
-        {"open_brace_in_word", "java", {"${HOME"}, 22},
-    };
-    for (const LimitCase& c : cases) {
-        EXPECT_EQ(build(c.program, c.words).rc, c.rc) << c.name;
-    }
+    EXPECT_EQ(build("java", {}, "", "", ""), Words{"java"}) << "empty settings add nothing";
+    EXPECT_EQ(build("java", {"${HOME"}), Words{"rc=22"}) << "an open brace cannot be expanded";
 }
 
 }  // namespace
