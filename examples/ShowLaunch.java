@@ -4,7 +4,8 @@ public final class ShowLaunch {
         for (int i = 0; i < args.length; i++) {
             System.out.println("arg[" + i + "]=" + args[i]);
         }
-        for (String key : new String[] {"qorvel.greeting", "user.dir", "java.class.path"}) {
+        for (String key : new String[] {"qorvel.greeting", "user.dir", "java.class.path",
+                "java.security.policy"}) {
             System.out.println("property " + key + "=" + System.getProperty(key));
         }
         for (String name : new String[] {"CLASSPATH", "PATH", "DEMO_USER"}) {

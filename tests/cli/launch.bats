@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
-# A whole foreground launch through the stand-in JVM: the argument vector, the
-# environment it inherits, the working directory, redirections and failures.
+# A whole launch through the stand-in JVM: the argument vector, the environment
+# it inherits, the working directory, redirections and failures; then the daemon
+# start as seen from outside: the parent's exit, the child's session and umask,
+# and the refusals that stop the start before the fork.
 
 bats_require_minimum_version 1.5.0
 
@@ -12,111 +14,85 @@ setup() {
 
 # The value the stand-in printed for `key` (first match).
 seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
+# Its whole argument vector, the words joined by "|".
+jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
 
-@test "the JVM gets its words expanded, in order, and the launcher's progress lines" {
+@test "the JVM gets its words expanded, in order, the launcher's progress lines and a debug log" {
   export QV_WORD=expanded
-  run --separate-stderr "$QORVEL" -c '/cp/${QV_WORD}.jar' "$FAKE_JVM" one '$QV_WORD' '${QV_WORD}x'
+  run --separate-stderr "$QORVEL" -g -l dbg.log -c '/cp/${QV_WORD}.jar' "$FAKE_JVM" one '$QV_WORD' '${QV_WORD}x' 'a b'
   [ "$status" -eq 0 ]
-  [ "$(seen 'arg\[0\]' <<<"$output")" = "$FAKE_JVM" ]
-  [ "$(seen 'arg\[1\]' <<<"$output")" = one ]
-  [ "$(seen 'arg\[2\]' <<<"$output")" = expanded ]
-  [ "$(seen 'arg\[3\]' <<<"$output")" = expandedx ]
+  [ "$(jvm_words)" = "$FAKE_JVM|one|expanded|expandedx|a b" ]
   [ "$(seen 'env=CLASSPATH' <<<"$output")" = /cp/expanded.jar ]
   pid=$(seen pid <<<"$output")
   [ "$stderr" = "processid $pid"$'\n'"completed"$'\n'"fake_jvm stderr" ]
+  # The debug log shows the mode, the environment and the vector.
+  grep -qxF "running foreground mode" dbg.log
+  grep -qxF "env: (VTX=/opt/app)." dbg.log
+  grep -qxF "dump_Env() - complete." dbg.log
+  grep -qxF "FCN: start_jvm() - UNIX, execute the process" dbg.log
+  grep -qxF "CmdLine = ($FAKE_JVM one expanded expandedx a b )" dbg.log
 }
 
-@test "PATH gets the runtime and installation directories in front" {
+@test "a set PATH gets the runtime and installation directories in front, which must be usable" {
   run --separate-stderr env PATH=/usr/bin:/bin "$QORVEL" "$FAKE_JVM"
-  [ "$status" -eq 0 ]
   [ "$(seen env=PATH <<<"$output")" = /opt/jre/bin:/opt/app/bin:/opt/app/lib:/usr/bin:/bin ]
-}
-
-@test "without PATH neither JREHOME nor VTX is needed and PATH stays unset" {
+  run --separate-stderr env PATH= JREHOME= VTX= "$QORVEL" "$FAKE_JVM"
+  [ "$(seen env=PATH <<<"$output")" = /bin:/bin:/lib: ]
+  # Without PATH neither JREHOME nor VTX is needed and PATH stays unset.
   run --separate-stderr env -u PATH -u JREHOME -u VTX "$QORVEL" "$FAKE_JVM"
   [ "$status" -eq 0 ]
   ! grep -q '^env=PATH=' <<<"$output"
-}
-
-@test "a missing JREHOME or VTX ends the run before anything starts" {
+  # With it, a missing or overlong one ends the run before anything starts.
   run --separate-stderr env -u JREHOME "$QORVEL" "$FAKE_JVM"
-  [ "$status" -eq 247 ]
-  [ "$stderr" = "Unabled to get JREHOME environment variable. This is required for proper operation" ]
+  [ "$status:$stderr" = "247:Unabled to get JREHOME environment variable. This is required for proper operation" ]
   run --separate-stderr env -u VTX "$QORVEL" -d "$FAKE_JVM"
-  [ "$status" -eq 246 ]
-  [ "$stderr" = "Unabled to get VTX environment variable. This is required for proper operation" ]
+  [ "$status:$stderr" = "246:Unabled to get VTX environment variable. This is required for proper operation" ]
+  run --separate-stderr env JREHOME="/$(head -c 1100 /dev/zero | tr '\0' j)" "$QORVEL" "$FAKE_JVM"
+  [ "$status:$stderr" = "247:JREHOME environment variable is too long to add to PATH" ]
   [ "$output" = "" ]
 }
 
-@test "-e lines become variables in order and the rest of the input reaches the JVM" {
+@test "-e: up to 60 lines become variables in order, unusable ones are reported, the rest is the JVM's" {
   export QV_BASE=base
-  run --separate-stderr "$QORVEL" -e 3 "$FAKE_JVM" --read-stdin \
-    < <(printf 'QV_A=${QV_BASE}-1\r\nQV_B=${QV_A}-2\nQV_C=3\nleft for the JVM\n')
+  long="QV_LONG=$(head -c 2000 /dev/zero | tr '\0' a)"
+  run --separate-stderr "$QORVEL" -e 100 "$FAKE_JVM" --read-stdin < <(
+    printf 'QV_A=${QV_BASE}-1\r\nQV_B=${QV_A}-2\n%s\nQV_BAD=$QV_UNSET\n' "$long"
+    for i in $(seq 5 61); do echo "QV_L$i=$i"; done)
   [ "$status" -eq 0 ]
-  [ "$(seen env=QV_A <<<"$output")" = base-1 ]
-  [ "$(seen env=QV_B <<<"$output")" = base-1-2 ]
-  [ "$(seen env=QV_C <<<"$output")" = 3 ]
-  [ "$(seen stdin <<<"$output")" = "left for the JVM" ]
-}
-
-@test "-e reads at most 60 lines and stops at the end of input" {
-  run --separate-stderr "$QORVEL" -e 100 "$FAKE_JVM" --read-stdin \
-    < <(for i in $(seq 1 61); do echo "QV_L$i=$i"; done)
-  [ "$status" -eq 0 ]
+  [ "$(seen env=QV_A <<<"$output")/$(seen env=QV_B <<<"$output")" = base-1/base-1-2 ]
   [ "$(seen env=QV_L60 <<<"$output")" = 60 ]
-  ! grep -q '^env=QV_L61=' <<<"$output"
+  ! grep -q -e '^env=QV_LONG=' -e '^env=QV_BAD=' -e '^env=QV_L61=' <<<"$output"
   [ "$(seen stdin <<<"$output")" = QV_L61=61 ]
-  run --separate-stderr "$QORVEL" -e 3 "$FAKE_JVM" < <(printf 'QV_X=1\nQV_Y=2\n')
-  [ "$status" -eq 0 ]
+  # The report of the long line is cut to the console's 255 characters.
+  [[ "$stderr" == "Unabled to set environment: (QV_LONG=aaa"*'aaaUnabled to set environment: (QV_BAD=$QV_UNSET)'$'\n'* ]]
+  run --separate-stderr "$QORVEL" -e 3 "$FAKE_JVM" --read-stdin < <(printf 'QV_X=1\nQV_Y=2\n')
   [ "$(seen env=QV_Y <<<"$output")" = 2 ]
 }
 
-@test "-e lines that cannot be used are reported and skipped, the others applied" {
-  long="QV_LONG=$(head -c 2000 /dev/zero | tr '\0' a)"
-  run --separate-stderr "$QORVEL" -e 3 "$FAKE_JVM" \
-    < <(printf '%s\nQV_BAD=$QV_UNSET\nQV_OK=yes\n' "$long")
-  [ "$status" -eq 0 ]
-  ! grep -q '^env=QV_LONG=' <<<"$output"
-  ! grep -q '^env=QV_BAD=' <<<"$output"
-  [ "$(seen env=QV_OK <<<"$output")" = yes ]
-  # The report of the long line is cut to the console's 255 characters.
-  [[ "$stderr" == "Unabled to set environment: (QV_LONG=aaa"*'aaaUnabled to set environment: (QV_BAD=$QV_UNSET)'$'\n'* ]]
-}
-
-@test "-w is entered and relative redirection files are taken from there" {
+@test "-w is entered, and files from there reach the JVM even without descriptors 0, 1 and 2" {
   mkdir work
   printf 'from file\n' > work/in.txt
-  run --separate-stderr "$QORVEL" -w "$BATS_TEST_TMPDIR/work" -0 in.txt -1 out.txt -2 err.txt \
-    "$FAKE_JVM" --read-stdin
-  [ "$status" -eq 0 ]
+  export QV_WORK="$BATS_TEST_TMPDIR/work" QV_OUT=out
+  "$QORVEL" -w '$QV_WORK' -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
+  [ "$(seen 'arg\[0\]' work/out.txt)" = "$FAKE_JVM" ]
   [ "$(seen cwd work/out.txt)" = "$BATS_TEST_TMPDIR/work" ]
   [ "$(seen stdin work/out.txt)" = "from file" ]
   [ "$(cat work/err.txt)" = "fake_jvm stderr" ]
-  [ "$output" = "" ]
 }
 
-@test "create mode writes over an existing file without truncating it" {
-  head -c 100000 /dev/zero | tr '\0' x > out.txt
-  run "$QORVEL" -1 out.txt "$FAKE_JVM"
+@test "an output file is written over untruncated, appended to after '::', or made 0664 less the umask" {
+  head -c 100000 /dev/zero | tr '\0' x > over.txt
+  run bash -c "umask 022; '$QORVEL' -1 over.txt -2 new.txt '$FAKE_JVM'"
   [ "$status" -eq 0 ]
-  [ "$(stat -c %s out.txt)" -eq 100000 ]
-  [ "$(head -c 7 out.txt)" = "arg[0]=" ]
-  [ "$(tail -c 3 out.txt)" = xxx ]
-}
-
-@test "append mode keeps the old content and adds after it" {
-  printf 'old line\n' > out.txt
-  run "$QORVEL" -1 'out.txt::append' -2 'out.txt::a' "$FAKE_JVM"
-  [ "$status" -eq 0 ]
-  [ "$(head -n1 out.txt)" = "old line" ]
-  [ "$(sed -n 2p out.txt)" = "arg[0]=$FAKE_JVM" ]
-  [ "$(tail -n1 out.txt)" = "fake_jvm stderr" ]
-}
-
-@test "new output files get 0664 less the umask" {
-  run bash -c "umask 022; '$QORVEL' -1 new.txt '$FAKE_JVM'"
-  [ "$status" -eq 0 ]
+  [ "$(stat -c %s over.txt)" -eq 100000 ]
+  [ "$(head -c 7 over.txt)$(tail -c 3 over.txt)" = "arg[0]=xxx" ]
   [ "$(stat -c %a new.txt)" = 644 ]
+  # What follows "::" is never expanded, and append sticks to a later -2 without it.
+  printf 'old line\n' > out.txt
+  run "$QORVEL" -1 'out.txt::append' -2 'other.txt::$QV_UNSET' -2 out.txt "$FAKE_JVM"
+  [ "$status" -eq 0 ]
+  [ "$(sed -n '1p;2p;$p' out.txt | paste -sd'|')" = "old line|arg[0]=$FAKE_JVM|fake_jvm stderr" ]
+  [ ! -e other.txt ]
 }
 
 # Runs one failing launch; checks the status and the console after the progress lines.
@@ -128,32 +104,12 @@ expect_failure() {
   [ "$(sed 1,2d <<<"$stderr")" = "$(printf '%b' "$text")" ] || { echo "$stderr"; return 1; }
 }
 
-@test "files reach the JVM even when the launcher was started without descriptors 0 and 1" {
-  printf 'from file\n' > in.txt
-  "$QORVEL" -0 in.txt -1 out.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>/dev/null
-  [ "$(seen 'arg\[0\]' out.txt)" = "$FAKE_JVM" ]
-  [ "$(seen stdin out.txt)" = "from file" ]
-}
-
-@test "redirection failures give their code and message" {
+@test "launch failures give their code and message, in the redirected stream once there is one" {
   mkdir adir
   expect_failure 22 'Error accessing stdin redirection file: (nofile)\nError starting JVM, error 22.\nInvalid argument' -0 nofile "$FAKE_JVM"
   expect_failure 22 'Error accessing stdin redirection file: (adir)\nError starting JVM, error 22.\nInvalid argument' -0 adir "$FAKE_JVM"
   expect_failure 2 'Error opening stdout redirection file: (no/dir/out), error 2\nError starting JVM, error 2.\nNo such file or directory' -1 no/dir/out "$FAKE_JVM"
   expect_failure 21 'Error opening stdout redirection file: (adir), error 21\nError starting JVM, error 21.\nIs a directory' -1 adir "$FAKE_JVM"
-}
-
-@test "a failure after a redirection is reported into the redirected stream" {
-  run --separate-stderr "$QORVEL" -1 out.txt -2 adir/err "$FAKE_JVM"
-  [ "$status" -eq 2 ]
-  [ -e out.txt ]
-  run --separate-stderr "$QORVEL" -2 err.txt no-such-program-qv
-  [ "$status" -eq 2 ]
-  [ "$stderr" = "$(printf 'processid %s\ncompleted' "$(sed -n 's/^processid //p' <<<"$stderr")")" ]
-  [ "$(cat err.txt)" = "Error starting JVM, error 2."$'\n'"No such file or directory" ]
-}
-
-@test "command words that cannot be passed on give their code and message" {
   expect_failure 2 'Error starting JVM, error 2.\nNo such file or directory' no-such-program-qv
   expect_failure 22 'Error parsing argument: ($QV_UNSET/x)\nError starting JVM, error 22.\nInvalid argument' "$FAKE_JVM" ok '$QV_UNSET/x'
   expect_failure 22 'Error parsing file argument: ($QV_UNSET)\nError starting JVM, error 22.\nInvalid argument' '$QV_UNSET'
@@ -161,30 +117,77 @@ expect_failure() {
   expect_failure 7 'Error starting JVM, error 7.\nArgument list too long' "$FAKE_JVM" "$half" "${half}a"
   run "$QORVEL" "$FAKE_JVM" "$half" "$half"
   [ "$status" -eq 0 ]
+  # A failure after a redirection is reported into the redirected stream.
+  run --separate-stderr "$QORVEL" -1 out.txt -2 nodir/err "$FAKE_JVM"
+  [ "$status" -eq 2 ]
+  [ -e out.txt ]
+  run --separate-stderr "$QORVEL" -2 err.txt no-such-program-qv
+  [ "$status:$stderr" = 2:"$(printf 'processid %s\ncompleted' "$(sed -n 's/^processid //p' <<<"$stderr")")" ]
+  [ "$(cat err.txt)" = "Error starting JVM, error 2."$'\n'"No such file or directory" ]
 }
 
-@test "silent mode reports failures by the exit status alone" {
+@test "silent mode reports failures by the exit status alone; -o stdout tags the progress lines" {
   run --separate-stderr "$QORVEL" -m silent -0 nofile "$FAKE_JVM"
-  [ "$status" -eq 22 ]
-  [ "$stderr" = "" ]
+  [ "$status:$stderr" = 22: ]
   run --separate-stderr "$QORVEL" -m silent
-  [ "$status" -eq 245 ]
-  [ "$stderr" = "" ]
-}
-
-@test "tagged console lines carry the progress on standard output" {
+  [ "$status:$stderr" = 245: ]
   run --separate-stderr "$QORVEL" -o stdout -1 out.txt "$FAKE_JVM"
   [ "$status" -eq 0 ]
-  pid=$(seen pid out.txt)
-  [ "$output" = "!+0099%processid $pid"$'\n\n'"!+0099%completed" ]
+  [ "$output" = "!+0099%processid $(seen pid out.txt)"$'\n\n'"!+0099%completed" ]
 }
 
-@test "the debug log shows the vector, the mode and the environment" {
-  run "$QORVEL" -g -l dbg.log -1 out.txt "$FAKE_JVM" 'a b'
+@test "-d detaches at once into a new session with umask 0; without -d, -s and -r change nothing" {
+  run --separate-stderr "$QORVEL" -d -1 out.txt "$FAKE_JVM" --exit 3
   [ "$status" -eq 0 ]
-  grep -qxF "CmdLine = ($FAKE_JVM a b )" dbg.log
-  grep -qxF "running foreground mode" dbg.log
-  grep -qxF "FCN: start_jvm() - UNIX, execute the process" dbg.log
-  grep -qxF "env: (VTX=/opt/app)." dbg.log
-  grep -qxF "dump_Env() - complete." dbg.log
+  # Wait until the detached child has written its last line.
+  for _ in $(seq 1 100); do grep -q '^groups=' out.txt 2>/dev/null && break; sleep 0.05; done
+  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0000" ]
+  [ "$(seen ppid out.txt)" != "$$" ]
+  run --separate-stderr bash -c "umask 022; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
+  [ "$status" -eq 4 ]
+  [ "$(seen umask <<<"$output")" = 0022 ]
+  [ "$(seen sid <<<"$output")" != "$(seen pid <<<"$output")" ]
+}
+
+@test "-s makes the parent wait and exit with the child's status, as the debug log follows" {
+  run --separate-stderr "$QORVEL" -g -l dbg.log -d -s -r 027 -1 out.txt "$FAKE_JVM" --exit 3
+  [ "$status" -eq 3 ]
+  [ "$(seen umask out.txt)" = 0027 ]
+  [ "$(stat -c %a out.txt)" = 640 ]
+  [ "$(seen sid out.txt)" = "$(seen pid out.txt)" ]
+  grep -qxF "FCN: child_start() - Start process as a background daemon" dbg.log
+  grep -qxF "Waiting for process to exit..." dbg.log
+  grep -qxF "Process has exited, rc = 768, exit status = 3" dbg.log
+  grep -qxF "running daemon mode" dbg.log
+  # Without a command the daemon child says so and exits 245.
+  run --separate-stderr "$QORVEL" -d -s
+  [ "$status:$stderr" = "245:Incomplete argument list. No action taken" ]
+}
+
+@test "a group that is unknown or the superuser's stops the start with 9; an unknown user is skipped" {
+  while IFS='|' read -r spec console; do
+    run --separate-stderr "$QORVEL" -d -u "$spec" "$FAKE_JVM"
+    [ "$status" -eq 9 ] || { echo "$spec: $status"; false; }
+    [ "$stderr" = "$(printf '%b' "${console}Error attempting to start as a daemon, errno 9\nBad file descriptor")" ] ||
+      { echo "$spec: $stderr"; false; }
+  done <<'CASES'
+:root|
+:#0|
+:#10x1|bad group id #10x1\n
+:no-such-group-qv|bad group name no-such-group-qv\n
+CASES
+  # A user is reported, and the JVM runs under our own identity.
+  for spec in '#10x1|bad user id' 'no-such-user-qv|bad user name'; do
+    run --separate-stderr "$QORVEL" -s -u "${spec%|*}" "$FAKE_JVM"
+    [ "$status" -eq 0 ]
+    [ "$(sed -n 1p <<<"$stderr")" = "${spec#*|} ${spec%|*}" ]
+    [ "$(seen uid <<<"$output")" = "$(id -u)" ]
+  done
+}
+
+@test "a password for a user without an account is refused with 5, silent mode included" {
+  QRB_AUTH_DEBUG= run --separate-stderr "$QORVEL" -m silent -d -u 'no-such-user-qv::secret' "$FAKE_JVM"
+  [ "$status:$stderr" = "5:ERROR validating password:Cannot access password entry." ]
+  [ "$(cat authdbg.log)" = "IN qorvel - ERROR validating password: Cannot access password entry." ]
+  ! grep -q secret authdbg.log
 }

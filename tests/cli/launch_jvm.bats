@@ -16,33 +16,40 @@ setup() {
   export JREHOME VTX=/opt/qv-app
 }
 
-@test "java is found through the PATH prefix and gets class path, options and words" {
-  export QV_NAME=world
-  run --separate-stderr env PATH=/qv-nowhere "$QORVEL" -c "$BATS_FILE_TMPDIR/classes" \
-    java -Dqorvel.greeting='hello ${QV_NAME}' ShowLaunch one '$QV_NAME'
-  [ "$status" -eq 0 ]
-  grep -qxF "arg[0]=one" <<<"$output"
-  grep -qxF "arg[1]=world" <<<"$output"
-  grep -qxF "property qorvel.greeting=hello world" <<<"$output"
-  grep -qxF "property java.class.path=$BATS_FILE_TMPDIR/classes" <<<"$output"
-  grep -qxF "env CLASSPATH=$BATS_FILE_TMPDIR/classes" <<<"$output"
-  grep -qxF "env PATH=$JREHOME/bin:/opt/qv-app/bin:/opt/qv-app/lib:/qv-nowhere" <<<"$output"
-  [[ "$stderr" =~ ^processid\ [0-9]+$'\n'completed$'\n'ShowLaunch\ done$ ]]
-}
-
-@test "the JVM runs in the -w directory with -e variables and redirected streams" {
+@test "java, found through the PATH prefix, gets class path, options, words, -e variables and -w" {
   mkdir run
-  export QV_WHO=tester
-  run --separate-stderr "$QORVEL" -c "$BATS_FILE_TMPDIR/classes" -w "$BATS_TEST_TMPDIR/run" -e 1 \
-    -1 out.txt -2 'err.txt::append' java ShowLaunch <<<'DEMO_USER=${QV_WHO}-demo'
+  export QV_NAME=world QV_WHO=tester
+  classes=$BATS_FILE_TMPDIR/classes
+  run --separate-stderr env PATH=/qv-nowhere "$QORVEL" -c "$classes" -w "$BATS_TEST_TMPDIR/run" \
+    -e 1 -1 out.txt -2 'err.txt::append' \
+    java -Dqorvel.greeting='hello ${QV_NAME}' ShowLaunch one '$QV_NAME' <<<'DEMO_USER=${QV_WHO}-demo'
   [ "$status" -eq 0 ]
-  grep -qxF "property user.dir=$BATS_TEST_TMPDIR/run" run/out.txt
-  grep -qxF "env DEMO_USER=tester-demo" run/out.txt
+  [[ "$stderr" =~ ^processid\ [0-9]+$'\n'completed$ ]]
   [ "$(cat run/err.txt)" = "ShowLaunch done" ]
+  diff -u - run/out.txt <<EOF
+arg[0]=one
+arg[1]=world
+property qorvel.greeting=hello world
+property user.dir=$BATS_TEST_TMPDIR/run
+property java.class.path=$classes
+property java.security.policy=null
+env CLASSPATH=$classes
+env PATH=$JREHOME/bin:/opt/qv-app/bin:/opt/qv-app/lib:/qv-nowhere
+env DEMO_USER=tester-demo
+EOF
 }
 
-@test "a daemon JVM's exit status comes back through -s" {
-  run --separate-stderr "$QORVEL" -d -s -c /qv-no-classes java NoSuchClass
-  [ "$status" -eq 1 ]
-  [[ "$stderr" == *"NoSuchClass"* ]]
+@test "a real JVM starts from the example properties file alone" {
+  export QORVEL_DEMO_CLASSES="$BATS_FILE_TMPDIR/classes"
+  export QORVEL_DEMO_POLICY="$QORVEL_SOURCE_DIR/examples/properties/demo.policy"
+  run --separate-stderr "$QORVEL" -g -l dbg.log \
+    -a "$QORVEL_SOURCE_DIR/examples/properties/JavaTools.properties::Demo.Tools" java ShowLaunch a b
+  [ "$status" -eq 0 ]
+  classpath="$QORVEL_DEMO_CLASSES:$QORVEL_DEMO_CLASSES/lib/extra.jar"
+  grep -qxF "property java.class.path=$classpath" <<<"$output"
+  grep -qxF "property qorvel.greeting=hello" <<<"$output"
+  grep -qxF "property java.security.policy=$QORVEL_DEMO_POLICY" <<<"$output"
+  grep -qxF "arg[1]=b" <<<"$output"
+  # What java was started with, the policy option of the example's alternative included.
+  grep -qxF "CmdLine = (java -classpath $classpath -Xss1m -Dqorvel.section=Demo.Tools -Dqorvel.greeting=hello -Djava.security.policy=$QORVEL_DEMO_POLICY ShowLaunch a b )" dbg.log
 }

@@ -1,11 +1,12 @@
 #!/usr/bin/env bats
-# The option scan as a user meets it: exit status and exact console bytes.
+# The option scan as a user meets it: exit status, exact console bytes, and the
+# debug log of -g with its banner, argument dump (the -u value masked) and trace.
 
 bats_require_minimum_version 1.5.0
 
 setup() {
   cd "$BATS_TEST_TMPDIR"
-  unset QV_UNSET
+  unset QV_UNSET JREHOME
 }
 
 usage_text() {
@@ -13,42 +14,32 @@ usage_text() {
   printf '%s\n' "Usage: qorvel -r umask -d -s -u [User:Group:Password] -w [Start in Directory] -c classpath -o [stdout|stderr] -e [envCount] -m [silent|verbose] -a [property-file::section] -x [property-file::section] -0 [stdin file] -1 [stdout file] -2 [stderr file] ..."
 }
 
-@test "no argument shows the usage on standard error and exits 255" {
-  run --separate-stderr "$QORVEL"
-  [ "$status" -eq 255 ]
-  [ "$output" = "" ]
-  [ "$stderr" = "$(usage_text)" ]
-}
-
-@test "an unknown option is reported, the scan goes on, and the run ends with 248" {
-  run --separate-stderr "$QORVEL" -z -m silent java Main
-  [ "$status" -eq 248 ]
-  [ "$stderr" = "$QORVEL: illegal option -- z"$'\n'"$(usage_text)" ]
-}
-
-@test "a ':' letter is a bad option that the parser itself does not report" {
-  run --separate-stderr "$QORVEL" -d: java Main
-  [ "$status" -eq 248 ]
-  [ "$stderr" = "$(usage_text)" ]
-}
-
-@test "a missing option argument is a bad option" {
-  run --separate-stderr "$QORVEL" -c
-  [ "$status" -eq 248 ]
-  [[ "$stderr" == "$QORVEL: option requires an argument -- c"$'\n'"Use qorvel"* ]]
-}
-
-@test "a failing option ends the run with its own code before the bad-option outcome" {
+# Without arguments the usage exits 255. A bad option is reported by the parser
+# (but not a ':' letter), the scan goes on, and the usage ends the run with 248.
+@test "no argument or a bad option shows the usage on standard error" {
+  while IFS='|' read -r code words reported; do
+    run --separate-stderr "$QORVEL" $words
+    expected=$(usage_text)
+    [ -z "$reported" ] || expected="$QORVEL: $reported"$'\n'"$expected"
+    [ "$status:$output" = "$code:" ] && [ "$stderr" = "$expected" ] || { echo "$words: $stderr"; false; }
+  done <<'CASES'
+255||
+248|-z -m silent java Main|illegal option -- z
+248|-d: java Main|
+248|-c|option requires an argument -- c
+CASES
+  # A failing option ends the run at once, with its own code instead.
   run --separate-stderr "$QORVEL" -z -w '$QV_UNSET/x' java Main
-  [ "$status" -eq 253 ]
-  [ "$stderr" = "$QORVEL: illegal option -- z"$'\n'"Unabled to set -w <workDir> option, error in argument: (\$QV_UNSET/x)" ]
+  [ "$status:$stderr" = 253:"$QORVEL: illegal option -- z"$'\n'"Unabled to set -w <workDir> option, error in argument: (\$QV_UNSET/x)" ]
 }
 
-@test "each expanded option fails with its code and message naming the argument as given" {
+@test "each expanded option fails with its code and message naming the argument, or silently" {
   while IFS='|' read -r option expected message; do
     run --separate-stderr "$QORVEL" "$option" '$QV_UNSET' java Main
     [ "$status" -eq "$expected" ] || { echo "$option gave $status"; return 1; }
     [ "$stderr" = "$message (\$QV_UNSET)" ] || { echo "$option: $stderr"; return 1; }
+    run --separate-stderr "$QORVEL" -m silent "$option" '$QV_UNSET' java Main
+    [ "$status:$stderr" = "$expected:" ] || { echo "$option is not silent: $stderr"; return 1; }
   done <<'CASES'
 -c|254|Unabled to set -c <classpath> option, error in argument:
 -w|253|Unabled to set -w <workDir> option, error in argument:
@@ -56,45 +47,92 @@ usage_text() {
 -1|244|Unabled to set -1 <file_stdout> option, error in argument:
 -2|244|Unabled to set -2 <file_stderr> option, error in argument:
 CASES
+  run --separate-stderr "$QORVEL" -c $'\xc3\xa9\xff${QV_UNSET}' java Main
+  [ "$status:$stderr" = 254:$'Unabled to set -c <classpath> option, error in argument: (\xc3\xa9\xff${QV_UNSET})' ]
 }
 
-@test "silent mode hides option failures but not the -u format error" {
-  run --separate-stderr "$QORVEL" -m silent -c '$QV_UNSET' java Main
-  [ "$status" -eq 254 ]
-  [ "$stderr" = "" ]
-  for value in "" "::secret" ":staff:secret"; do
-    run --separate-stderr "$QORVEL" -m silent -u "$value" java Main
-    [ "$status" -eq 252 ]
-    [ "$stderr" = $'Format error in -u parameter\nsyntax is -u User:Group:Password' ]
-  done
-}
-
-@test "-o stdout writes tagged lines on standard output" {
+@test "-o stdout tags the lines, another destination shows nothing, silent mode shows -u errors" {
   run --separate-stderr "$QORVEL" -o stdout -c '$QV_UNSET' java Main
-  [ "$status" -eq 254 ]
-  [ "$stderr" = "" ]
+  [ "$status:$stderr" = "254:" ]
   [ "$output" = '!+0099%Unabled to set -c <classpath> option, error in argument: ($QV_UNSET)' ]
-}
-
-@test "-o with any other destination silences the console" {
   for destination in none STDERR; do
     run --separate-stderr "$QORVEL" -o "$destination" -c '$QV_UNSET' java Main
-    [ "$status" -eq 254 ]
-    [ "$output$stderr" = "" ]
+    [ "$status:$output$stderr" = 254: ]
   done
+  run --separate-stderr "$QORVEL" -m silent -u '::secret' java Main
+  [ "$status:$stderr" = 252:$'Format error in -u parameter\nsyntax is -u User:Group:Password' ]
 }
 
-@test "overlong and non-ASCII values are cut or refused, never a crash" {
-  long=$(head -c 20000 /dev/zero | tr '\0' 'x')
-  run "$QORVEL" -w "/$long" java Main
-  [ "$status" -eq 253 ]
-  run "$QORVEL" -u "$long" java Main
-  [ "$status" -eq 252 ]
-  run "$QORVEL" -1 "$long" java Main
-  [ "$status" -eq 244 ]
-  # After -z the cluster reads as -x with an overlong properties-file argument.
+@test "an overlong value for any option is refused with its code or cut, never a crash" {
+  long=$(head -c 20000 /dev/zero | tr '\0' x)
+  while IFS='|' read -r option code message; do
+    run --separate-stderr "$QORVEL" "$option" "$long" java Main
+    [ "$status" -eq "$code" ] || { echo "$option gave $status"; false; }
+    [[ "$stderr" == "$message"* ]] || { echo "$option: ${stderr:0:80}"; false; }
+    [ "${#stderr}" -le 510 ] || { echo "$option: the value reached the console uncut"; false; }
+  done <<'CASES'
+-a|241|Unable to set -a <property file> option, error in argument: (xxx
+-x|254|Unable to set -a <property file> option, error in argument: (xxx
+-u|252|Format error in -u parameter
+-w|253|Unabled to set -w <workDir> option, error in argument: (xxx
+-1|244|Unabled to set -1 <file_stdout> option, error in argument: (xxx
+-2|244|Unabled to set -2 <file_stderr> option, error in argument: (xxx
+CASES
+  # The others take the value, cut where it is cut, and the run goes on to miss JREHOME.
+  for option in -0 -c -e -m -r -l -o; do
+    run "$QORVEL" "$option" "$long" java Main
+    [ "$status" -eq 247 ] || { echo "$option gave $status"; false; }
+  done
+  # A word of thousands of characters: after -z the cluster reads as -x with its argument.
   run "$QORVEL" "-z$long" java Main
   [ "$status" -eq 254 ]
-  run "$QORVEL" -z -o "$long" -c $'\xc3\xa9\xff$QV_UNSET' java Main
-  [ "$status" -eq 254 ]
+}
+
+stamp='[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{4}'
+
+@test "the log names the system, dumps the arguments, traces every option and copies the console" {
+  run "$QORVEL" -g -l run.log -dsr027 -ostderr -mverbose -1out.log::x -z java
+  [ "$status" -eq 248 ]
+  [ ! -e qorvel.log ]
+  grep -Eq "^$stamp :: run.log Opened$" run.log
+  grep -Eq "^$stamp :: MAIN -- qorvel process starter on $(uname -s)$" run.log
+  diff -u - <(sed -n '/^qorvel startup argument list:$/,/^Usage: /p' run.log) <<EOF
+qorvel startup argument list:
+arg[0] = ($QORVEL)
+arg[1] = (-g)
+arg[2] = (-l)
+arg[3] = (run.log)
+arg[4] = (-dsr027)
+arg[5] = (-ostderr)
+arg[6] = (-mverbose)
+arg[7] = (-1out.log::x)
+arg[8] = (-z)
+arg[9] = (java)
+FCN: processConfig() - process Configuration/Startup options.
+Enabled -d option, DAEMON_START
+Enabled -s option, SUSPEND_AFTER_START
+Enabled -r option, umask = (027) (only valid with -d)
+Enabled -o option, outputDesc = (stderr)
+Enabled -m option, VERBOSE_MODE
+Enabled -1 option, file_stdout = (out.log) oflags_stdout = (append)
+Bad option specified.
+$(usage_text)
+EOF
+}
+
+@test "-g anywhere appends to qorvel.log, and a -u value never reaches it in any form" {
+  for _ in 1 2; do
+    run "$QORVEL" -u alice:staff:secret1 -ualice:staff:secret2 -du alice:staff:secret3 -z java -g
+    [ "$status" -eq 248 ]
+  done
+  [ "$(grep -c ' Opened$' qorvel.log)" -eq 2 ]
+  [ "$(grep -c ' :: Log Closed$' qorvel.log)" -eq 2 ]
+  ! grep -q secret qorvel.log
+  masked='<user group password not shown>'
+  [ "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" = "(-u) ($masked) (-u$masked) (-du) ($masked)" ]
+}
+
+@test "an unwritable log path is ignored and the run goes on" {
+  run --separate-stderr "$QORVEL" -g -l /nonexistent/dir/q.log -c '$QV_UNSET' java
+  [ "$status:$stderr" = 254:'Unabled to set -c <classpath> option, error in argument: ($QV_UNSET)' ]
 }
