@@ -40,7 +40,7 @@ TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
     for (const auto& c : cases) {
         EXPECT_EQ(find_Section(c.section, &h), c.found) << c.why;
         if (c.found) {
-            header = "[" + std::string(c.section) + "]";
+            header = std::string("[").append(c.section).append("]");
             EXPECT_GT(h.sectionOffset, offset) << c.why;
             offset = h.sectionOffset;
         }
