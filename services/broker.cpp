@@ -11,7 +11,7 @@ namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kSectionSize = 256;  // section names of at most 255 characters
+constexpr std::size_t kSectionSize = 256;  // 255 characters, held to what a search takes
 constexpr const char* kWhere = "ReadUBproperties";
 
 // "UBroker", "UBroker.<type>" and, unless only defaults are asked for,

@@ -13,7 +13,7 @@ namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kSectionSize = SectionChain::kMaxNameSize;  // 1023 characters a name
+constexpr std::size_t kSectionSize = SectionChain::kMaxNameSize;  // as long as a search takes
 
 // The base, then one more specific name per dot-separated part of the
 // service name (runs of dots count as one). False when it does not fit.

@@ -76,6 +76,7 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     const char* f = file.path();
     const char* missing = "/nonexistent/x.properties";
     const std::string longName(250, 's');
+    const std::string unsearchable(CFG_SECTION_NAME_MAX + 1 - 11, 's');  // after "UBroker.CV."
     const std::string noName = "|ServiceName cannot be NULL or blank";
     const std::string noService = "|Specified Service Name does not exist";
     const std::string badVersion = "|UBSERVICEINFO struct is incorrect version";
@@ -110,6 +111,9 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
          openMissing + " for service x" + enoent},
         {"broker_overlong_section_name",
          [&](auto d) { return ReadUBproperties(f, "CV", longName.c_str(), &ub, d); },
+         tooLong + "ReadUBproperties section name" + tooLongText},
+        {"broker_section_name_too_long_to_search",
+         [&](auto d) { return ReadUBproperties(f, "CV", unsearchable.c_str(), &ub, d); },
          tooLong + "ReadUBproperties section name" + tooLongText},
         {"broker_key_keeps_its_own_code",
          [&](auto d) { return ReadUBproperties(f, "CV", "ring", &ub, d); },

@@ -7,7 +7,7 @@ namespace {
 using namespace qorvel::services;
 
 constexpr std::size_t kShortSection = 64;    // 63 characters
-constexpr std::size_t kConfigSection = 256;  // "configuration." and a name of up to 241
+constexpr std::size_t kConfigSection = 256;  // "configuration." and a name; a search takes 239
 
 }  // namespace
 

@@ -59,7 +59,7 @@ TEST(SingleSectionReaders, NamesUpToTheirLimitAreLookedForLongerOnesRefused) {
          49},
         {"db", [&](const char* n) { return ReadSQLDbProperties(f, n, &db, nullptr); }, 54},
         {"config", [&](const char* n) { return ReadSQLConfigProperties(f, n, &config, nullptr); },
-         241},
+         239},
         {"pm", [&](const char* n) { return ReadPMMGRProperties(f, n, &pm, 0, nullptr); }, 63},
     };
     for (const auto& c : cases) {

@@ -27,12 +27,13 @@ struct ListDeleter {
 using OwnedList = std::unique_ptr<CfgInfo, ListDeleter>;
 
 // The section names of one read, most general first, each within `nameSize`
-// bytes (never more than kMaxNameSize); a name that does not fit, or a ninth
-// name, is refused.
+// bytes; a name that does not fit, or a ninth name, is refused. No name may be
+// longer than a section search takes: one that could never be found is
+// refused as too long instead of being reported missing.
 class SectionChain {
   public:
     static constexpr std::size_t kMaxNames = 8;
-    static constexpr std::size_t kMaxNameSize = 1024;
+    static constexpr std::size_t kMaxNameSize = CFG_SECTION_NAME_MAX + 1;
 
     explicit SectionChain(std::size_t nameSize)
         : nameSize_(nameSize < kMaxNameSize ? nameSize : kMaxNameSize) {}

@@ -209,7 +209,8 @@ QORVEL_API void set_UBserviceInfo(InfoList list, UBSERVICEINFO* record);
  * UB_DEFAULTS_ONLY) "UBroker.<serviceType>.<serviceName>" into *record, each
  * level overriding the one before. Every level must exist. Returns 0, 10004,
  * 10005 (a level states another infoVersion), 10007, ENAMETOOLONG (a section
- * name over 255 characters), or the failure of opening or of a key. */
+ * name over CFG_SECTION_NAME_MAX characters, which no search could find), or
+ * the failure of opening or of a key. */
 QORVEL_API long ReadUBproperties(const char* propertiesFile, const char* serviceType,
                                  const char* serviceName, UBSERVICEINFO* record,
                                  ErrDetail* errDetail);
@@ -483,7 +484,7 @@ QORVEL_API void set_SRVRGRPserviceInfo(InfoList list, SRVRGRPserviceInfo* record
 
 /* Each reads the chain "<base>", "<base>.<part1>", "<base>.<part1>.<part2>" ...
  * built from the dotted serviceName (base "configuration", "database",
- * "servergroup"; at most seven parts, 1023 characters a name, else
+ * "servergroup"; at most seven parts, CFG_SECTION_NAME_MAX characters a name, else
  * ENAMETOOLONG). A missing level is recorded in errDetail and skipped; only a
  * missing last level makes the result 10004. With useTableDefaults non-zero
  * every existing level re-applies the table defaults; with zero a key keeps
@@ -669,8 +670,9 @@ QORVEL_API void set_SQLDbProperties(InfoList list, SQLDbProperties* record);
  * (REPL_VERSION_2) and refuse other versions with 10025 once the file is open.
  * Section names are "server", "control-agent.<agentName>" (49 characters at
  * most), "agent", "transition", the given process-manager section (63),
- * "sql-configuration", "configuration.<configName>" (241) and
- * "database.<dbName>" (54); longer names are refused with ENAMETOOLONG.
+ * "sql-configuration", "configuration.<configName>" (239, as far as a section
+ * search takes) and "database.<dbName>" (54); longer names are refused with
+ * ENAMETOOLONG.
  * `reserved` arguments are not consulted. */
 QORVEL_API long ReadReplServerProperties(const char* propertiesFile, void* record, int replVersion,
                                          ErrDetail* errDetail);
