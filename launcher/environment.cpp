@@ -21,7 +21,7 @@ char env_path[4096];
 
 // A cut directory would put some other directory on the PATH: refuse instead.
 int refuse_long(const char* name, int code) {
-    report("%s environment variable is too long to add to PATH\n", name);
+    report("Unable to add JAVA and VTX directories to PATH: %s is too long\n", name);
     return code;
 }
 

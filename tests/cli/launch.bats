@@ -48,7 +48,7 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   run --separate-stderr env -u VTX "$QORVEL" -d "$FAKE_JVM"
   [ "$status:$stderr" = "246:Unabled to get VTX environment variable. This is required for proper operation" ]
   run --separate-stderr env JREHOME="/$(head -c 1100 /dev/zero | tr '\0' j)" "$QORVEL" "$FAKE_JVM"
-  [ "$status:$stderr" = "247:JREHOME environment variable is too long to add to PATH" ]
+  [ "$status:$stderr" = "247:Unable to add JAVA and VTX directories to PATH: JREHOME is too long" ]
   [ "$output" = "" ]
 }
 
