@@ -19,9 +19,9 @@ bool bounded_copy(char* dst, std::size_t size, std::string_view src) {
 bool bounded_append(char* dst, std::size_t size, std::string_view src) {
     if (size == 0) return src.empty();
     std::size_t used = bounded_length(dst, size);
-    if (used == size) {  // an unterminated buffer: terminate it before anything else
+    if (used == size) {  // an unterminated buffer loses its last byte to the terminator
         dst[size - 1] = '\0';
-        return src.empty();
+        return false;
     }
     std::size_t room = size - 1 - used;
     std::size_t n = src.size() < room ? src.size() : room;

@@ -24,6 +24,7 @@ TEST(BoundedText, CopyAndAppendCutTerminateAndStayInsideTheSize) {
         {"empty append to a full buffer", bounded_append, "abcde", "", 6, "abcde", true},
         {"room for the terminator only", bounded_append, "", "xyz", 1, "", false},
         {"unterminated buffer is terminated", bounded_append, "abcd", "x", 4, "abc", false},
+        {"terminating cuts even with nothing to add", bounded_append, "abcd", "", 4, "abc", false},
         {"copy replaces", bounded_copy, "xyz", "ab", 8, "ab", true},
         {"copy cut", bounded_copy, "xyz", "abcd", 4, "abc", false},
         {"copy into no room", bounded_copy, "#", "x", 0, "#", false},
