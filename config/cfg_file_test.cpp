@@ -13,6 +13,7 @@
 namespace {
 
 using qorvel::testing::TempFile;
+using qorvel::testing::TempInstall;
 
 const std::string kSections =
     "top=1\n# [Commented]\n[UBroker] first\na=1\n[ UBroker.CV ]\n[ubroker.cv] # defaults\nb=2\n"
@@ -70,15 +71,11 @@ TEST(FindNextSection, ReportsChildrenInFileOrderCutToTheBuffer) {
 class OpenCfg : public ::testing::Test {
   protected:
     void SetUp() override {
-        char tmpl[] = "/tmp/qorvel_vtx_XXXXXX";
-        vtx_ = mkdtemp(tmpl);
-        mkdir((vtx_ + "/properties").c_str(), 0755);
         mkdir((vtx_ + "/properties/dir").c_str(), 0755);
-        setenv("VTX", vtx_.c_str(), 1);
+        std::ofstream(vtx_ + "/properties/installed.properties") << "[UBroker]\n";
         setenv("QORVEL_CFG_FILE", named_.path(), 1);
         setenv("QORVEL_EMPTY_VAR", "", 1);
     }
-    void TearDown() override { EXPECT_EQ(std::system(("rm -rf " + vtx_).c_str()), 0); }
 
     // Opens with `section` and `file`; the status and the resolved path, or "" when closed.
     std::pair<long, std::string> open(const char* section, const char* env, const char* file) {
@@ -89,14 +86,14 @@ class OpenCfg : public ::testing::Test {
         return result;
     }
 
-    std::string vtx_;
+    TempInstall install_{"[ubroker]\n"};
+    const std::string& vtx_ = install_.dir();
     TempFile local_{"[Here]\n"}, named_{"[Named]\n"};
 };
 
 TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
-    TempFile installed("[UBroker]\n", (vtx_ + "/properties").c_str());
+    std::string installed = vtx_ + "/properties/installed.properties";
     std::string installedDefault = vtx_ + "/properties/ubroker.properties";
-    std::ofstream(installedDefault) << "[ubroker]\n";
     std::string longName(300, 'x'), longSection(CFG_SECTION_NAME_MAX + 1, 's');
     std::string dir = vtx_ + "/properties/dir";
     const char *local = local_.path(), *named = named_.path();
@@ -106,8 +103,8 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
         std::string open;  // the file left open
     } const cases[] = {
         {"an existing file is taken as given", nullptr, nullptr, local, 0, local},
-        {"a bare name is looked up under VTX", nullptr, nullptr, installed.name(), 0,
-         installed.path()},
+        {"a bare name is looked up under VTX", nullptr, nullptr, "installed.properties", 0,
+         installed},
         {"no name opens ubroker.properties", nullptr, nullptr, nullptr, 0, installedDefault},
         {"the variable wins over an existing file", "QORVEL_CFG_FILE", nullptr, local, 0, named},
         {"an empty variable counts as unset", "QORVEL_EMPTY_VAR", nullptr, local, 0, local},

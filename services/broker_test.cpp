@@ -11,8 +11,8 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
-using qorvel::services::testing::TempInstall;
+using qorvel::testing::TempFile;
+using qorvel::testing::TempInstall;
 
 const char* kChain =
     "[UBroker]\nportNumber=4000\nsrvrDebug=Disabled\nsrvrLogFile=base.log\n"

@@ -10,7 +10,7 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
+using qorvel::testing::TempFile;
 
 // Each handler call, as "<handler>:<key>;".
 std::string calls;

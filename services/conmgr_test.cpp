@@ -10,7 +10,7 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
+using qorvel::testing::TempFile;
 
 // No section configuration.sports: the middle of the chain is missing.
 const char* kChain =

@@ -15,8 +15,8 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
-using qorvel::services::testing::TempInstall;
+using qorvel::testing::TempFile;
+using qorvel::testing::TempInstall;
 
 TEST(FillErrDetail, CutsLongTextsAndLeavesNoTextWithoutAFailureOrADefault) {
     fill_ErrDetail(nullptr, 10004, 0, 0, "where", "message");  // must not crash

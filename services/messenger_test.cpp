@@ -11,8 +11,8 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
-using qorvel::services::testing::TempInstall;
+using qorvel::testing::TempFile;
+using qorvel::testing::TempInstall;
 
 const char* kCorvane =
     "[Corvane]\nRootPath=/web/root\nScriptPath=/cgi-bin\nComponents=1010011\n"

@@ -11,7 +11,7 @@
 namespace {
 
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
+using qorvel::testing::TempFile;
 
 const char* kRepl =
     "[server]\ndatabase=/db/source db\nlistener-minport=4000\nrepl-keep-alive=30\n"

@@ -14,7 +14,7 @@ namespace {
 
 using namespace qorvel::services;
 using qorvel::services::testing::join;
-using qorvel::services::testing::TempFile;
+using qorvel::testing::TempFile;
 
 // Binding must give every key its own stretch of the record, inside it.
 TEST(DescriptorTables, BindEveryKeyToADistinctFieldInsideTheRecord) {
