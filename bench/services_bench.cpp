@@ -1,48 +1,36 @@
 // ReadUBproperties over a broker file of 1,000 services, reading the last:
 // the three-section chain and all 55 keys, most sections scanned end to end.
 #include <benchmark/benchmark.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string>
 
+#include "config/test_file.h"
 #include "qorvel/services.h"
 
 namespace {
 
 constexpr int kServices = 1000;
 
-// The generated broker file; its directory goes when the program ends.
-class BrokerFile {
-  public:
-    BrokerFile() {
-        char pattern[] = "/tmp/qorvel_services_bench_XXXXXX";
-        dir_ = mkdtemp(pattern);
-        path_ = dir_ + "/ubroker.properties";
-        std::ofstream out(path_);
-        out << "[UBroker]\nportNumber=3000\nsrvrLogFile=ub.log\nworkDir=/var/ub\n"
-            << "[UBroker.CV]\nsrvrExecFile=/opt/bin/_morvant -q\n";
-        for (int i = 0; i < kServices; ++i) {
-            out << "[UBroker.CV.svc" << i << "]\n"
-                << "portNumber=" << 4000 + i << "\nsrvrLogFile=svc" << i << ".log\n"
-                << "srvrStartupParam=-p web/objects/web-disp.p -db sports" << i << "\n"
-                << "uuid=0a1b2c3d-" << i << "\n";
-        }
+std::string broker_file_text() {
+    std::ostringstream out;
+    out << "[UBroker]\nportNumber=3000\nsrvrLogFile=ub.log\nworkDir=/var/ub\n"
+        << "[UBroker.CV]\nsrvrExecFile=/opt/bin/_morvant -q\n";
+    for (int i = 0; i < kServices; ++i) {
+        out << "[UBroker.CV.svc" << i << "]\n"
+            << "portNumber=" << 4000 + i << "\nsrvrLogFile=svc" << i << ".log\n"
+            << "srvrStartupParam=-p web/objects/web-disp.p -db sports" << i << "\n"
+            << "uuid=0a1b2c3d-" << i << "\n";
     }
-    ~BrokerFile() { std::filesystem::remove_all(dir_); }
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string dir_;
-    std::string path_;
-};
+    return out.str();
+}
 
 void BM_ReadLastBroker(benchmark::State& state) {
-    static const BrokerFile file;
-    const std::string& path = file.path();
+    // Static, so the file goes when the program ends.
+    static const qorvel::testing::TempFile file(broker_file_text(), "ubroker.properties");
+    const std::string path = file.path();
     const std::string last = "svc" + std::to_string(kServices - 1);
     auto record = std::make_unique<UBSERVICEINFO>();
     for (auto _ : state) {
