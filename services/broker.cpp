@@ -11,7 +11,6 @@ namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kSectionSize = 256;  // 255 characters, held to what a search takes
 constexpr const char* kWhere = "ReadUBproperties";
 
 // "UBroker", "UBroker.<type>" and, unless only defaults are asked for,
@@ -32,7 +31,7 @@ extern "C" long ReadUBproperties(const char* propertiesFile, const char* service
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, kWhere);
         return CV_ERR_NO_SERVICE_NAME;
     }
-    SectionChain chain(kSectionSize);
+    SectionChain chain;
     if (!broker_chain(chain, serviceType, serviceName)) {
         report_system(errDetail, ENAMETOOLONG, "ReadUBproperties section name");
         return ENAMETOOLONG;

@@ -13,8 +13,6 @@ namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kSectionSize = SectionChain::kMaxNameSize;  // as long as a search takes
-
 // The base, then one more specific name per dot-separated part of the
 // service name (runs of dots count as one). False when it does not fit.
 bool conmgr_chain(SectionChain& chain, const char* baseSection, std::string_view service) {
@@ -71,7 +69,7 @@ extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, In
                                CFGHANDLE* handle, const char* baseSection, int useTableDefaults) {
     OwnedList owned(list);
     if (!baseSection || !*baseSection) return 0;
-    SectionChain chain(kSectionSize);
+    SectionChain chain;
     if (!conmgr_chain(chain, baseSection, serviceName ? serviceName : "")) {
         report_system(errDetail, ENAMETOOLONG, "ReadConManager section chain");
         return ENAMETOOLONG;

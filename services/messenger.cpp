@@ -14,7 +14,7 @@ extern "C" long ReadMsngrProperties(const char* propertiesFile, const char* serv
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, kWhere);
         return CV_ERR_NO_SERVICE_NAME;
     }
-    SectionChain chain(256);
+    SectionChain chain;
     if (!chain.add("%s", "Corvane") || !chain.add("%s.%s", "Corvane", "Messengers") ||
         !chain.add("%s.%s.%s", "Corvane", "Messengers", serviceName)) {
         report_system(errDetail, ENAMETOOLONG, "ReadMsngrProperties section name");

@@ -1,13 +1,13 @@
 // The process manager and the SQL configuration: list, configuration, database.
 #include "qorvel/services.h"
+#include "services/service_read.h"
 #include "services/single_section.h"
 
 namespace {
 
 using namespace qorvel::services;
 
-constexpr std::size_t kShortSection = 64;    // 63 characters
-constexpr std::size_t kConfigSection = 256;  // "configuration." and a name; a search takes 239
+constexpr std::size_t kShortSection = 64;  // 63 characters
 
 }  // namespace
 
@@ -26,7 +26,8 @@ extern "C" long ReadSQLConfigList(const char* propertiesFile, SQLConfigurationLi
 
 extern "C" long ReadSQLConfigProperties(const char* propertiesFile, const char* configName,
                                         SQLConfigurationProperties* record, ErrDetail* errDetail) {
-    SingleSection read{"ReadSQLConfigProperties", kConfigSection, &SQLConfig_info, record};
+    SingleSection read{"ReadSQLConfigProperties", SectionChain::kMaxNameSize, &SQLConfig_info,
+                       record};
     return read_single_section(propertiesFile, read, errDetail, "%s.%s", "configuration",
                                configName ? configName : "");
 }

@@ -35,7 +35,7 @@ class SectionChain {
     static constexpr std::size_t kMaxNames = 8;
     static constexpr std::size_t kMaxNameSize = CFG_SECTION_NAME_MAX + 1;
 
-    explicit SectionChain(std::size_t nameSize)
+    explicit SectionChain(std::size_t nameSize = kMaxNameSize)
         : nameSize_(nameSize < kMaxNameSize ? nameSize : kMaxNameSize) {}
     bool add(const char* format, ...) __attribute__((format(printf, 2, 3)));
     bool vadd(const char* format, std::va_list args) __attribute__((format(printf, 2, 0)));
