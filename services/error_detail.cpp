@@ -57,13 +57,4 @@ void report_failuref(ErrDetail* detail, long r, const char* format, ...) {
     report_failure(detail, r, where);
 }
 
-void report_codef(ErrDetail* detail, long code, const char* format, ...) {
-    char where[sizeof detail->where];
-    std::va_list args;
-    va_start(args, format);
-    bounded_vformat(where, sizeof where, format, args);
-    va_end(args);
-    report_code(detail, code, where);
-}
-
 }  // namespace qorvel::services

@@ -21,8 +21,4 @@ void report_system(ErrDetail* detail, long sysError, const char* where);
 void report_failuref(ErrDetail* detail, long r, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
-// report_code with a where-text made from `format`.
-void report_codef(ErrDetail* detail, long code, const char* format, ...)
-    __attribute__((format(printf, 3, 4)));
-
 }  // namespace qorvel::services

@@ -87,8 +87,8 @@ long read_chain(CFGHANDLE& handle, InfoList list, const SectionChain& chain,
     long result = 0;
     for (std::size_t i = 0; i < chain.size(); ++i) {
         if (!find_Section(chain[i], &handle)) {
-            report_codef(errDetail, CV_ERR_NO_SERVICE, "find_Section of %s for section %s",
-                         handle.fileName, chain[i]);
+            report_failuref(errDetail, CV_ERR_NO_SERVICE, "find_Section of %s for section %s",
+                            handle.fileName, chain[i]);
             if (rules.missingSectionEndsRead) return CV_ERR_NO_SERVICE;
             result = CV_ERR_NO_SERVICE;
             continue;
