@@ -12,8 +12,10 @@ std::size_t bounded_length(const char* buf, std::size_t size) {
 
 bool bounded_copy(char* dst, std::size_t size, std::string_view src) {
     if (size == 0) return src.empty();
-    dst[0] = '\0';
-    return bounded_append(dst, size, src);
+    std::size_t n = src.size() < size ? src.size() : size - 1;
+    std::memmove(dst, src.data(), n);  // src may be dst's own text, or part of it
+    dst[n] = '\0';
+    return n == src.size();
 }
 
 bool bounded_append(char* dst, std::size_t size, std::string_view src) {

@@ -9,7 +9,8 @@
 
 namespace qorvel {
 
-// Replaces the buffer's content with `src`; false when `src` was cut.
+// Replaces the buffer's content with `src`, which may lie inside the buffer;
+// false when `src` was cut.
 bool bounded_copy(char* dst, std::size_t size, std::string_view src);
 
 // Appends `src` after the buffer's current text; false when it was cut.
