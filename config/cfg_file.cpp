@@ -1,5 +1,6 @@
 // Opening a properties file, and finding its sections by name or by prefix.
 #include <strings.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -8,6 +9,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "config/open_streams.h"
 #include "config/text_split.h"
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
@@ -26,9 +28,7 @@ constexpr std::size_t kHeaderTextSize = CFG_SECTION_NAME_MAX + 3;
 // Fills handle->fileName from the variable, the given file or $VTX/properties.
 long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handle) {
     const char* fromEnv = envVarName ? std::getenv(envVarName) : nullptr;
-    const char* chosen = fromEnv && *fromEnv               ? fromEnv
-                         : is_afile(fileName) ? fileName
-                                                           : nullptr;
+    const char* chosen = fromEnv && *fromEnv ? fromEnv : is_afile(fileName) ? fileName : nullptr;
     if (chosen) return qorvel::bounded_copy(handle->fileName, chosen) ? 0 : ENAMETOOLONG;
 
     char install[CFG_PATH_SIZE];
@@ -40,10 +40,26 @@ long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handl
     return fits ? 0 : ENAMETOOLONG;
 }
 
+// A directory opens for reading like a file but holds no lines: taken as an
+// empty properties file, it would hide a wrong path behind missing settings.
+long open_stream(CFGHANDLE* handle) {
+    handle->fp = std::fopen(handle->fileName, "r");
+    if (!handle->fp) return errno;
+    struct stat info;
+    if (fstat(fileno(handle->fp), &info) == 0 && S_ISDIR(info.st_mode)) {
+        std::fclose(handle->fp);
+        handle->fp = nullptr;
+        return EISDIR;
+    }
+    qorvel::open_streams::add(handle, handle->fp);
+    return 0;
+}
+
 }  // namespace
 
 extern "C" long opencfg(const char* sectionName, const char* envVarName, const char* fileName,
                         CFGHANDLE* handle) {
+    if (FILE* left = qorvel::open_streams::take(handle)) std::fclose(left);
     handle->fileName[0] = '\0';
     handle->sectionHeader[0] = '\0';
     handle->sectionOffset = 0;
@@ -54,14 +70,16 @@ extern "C" long opencfg(const char* sectionName, const char* envVarName, const c
         handle->fileName[0] = '\0';
         return rc;
     }
-    handle->fp = std::fopen(handle->fileName, "r");
-    if (!handle->fp) return errno;
+    if (long rc = open_stream(handle); rc != 0) return rc;
     if (sectionName && !find_Section(sectionName, handle)) return CFG_NO_SECTION;
     return 0;
 }
 
 extern "C" void closecfg(CFGHANDLE* handle) {
-    if (handle->fp) std::fclose(handle->fp);
+    if (handle->fp) {
+        qorvel::open_streams::remove(handle->fp);
+        std::fclose(handle->fp);
+    }
     handle->fp = nullptr;
     handle->sectionHeader[0] = '\0';
     handle->sectionOffset = 0;

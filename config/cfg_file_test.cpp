@@ -3,7 +3,9 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -75,15 +77,25 @@ class OpenCfg : public ::testing::Test {
         std::ofstream(vtx_ + "/properties/installed.properties") << "[UBroker]\n";
         setenv("QORVEL_CFG_FILE", named_.path(), 1);
         setenv("QORVEL_EMPTY_VAR", "", 1);
+        setenv("QORVEL_DIR_VAR", vtx_.c_str(), 1);
     }
 
     // Opens with `section` and `file`; the status and the resolved path, or "" when closed.
+    // The handle is opened twice and closed once: re-opening closes what it held.
     std::pair<long, std::string> open(const char* section, const char* env, const char* file) {
+        std::size_t before = descriptors();
         CFGHANDLE h;
+        opencfg(section, env, file, &h);
         long rc = opencfg(section, env, file, &h);
         std::pair<long, std::string> result{rc, h.fp ? h.fileName : ""};
         closecfg(&h);
+        EXPECT_EQ(descriptors(), before) << file;
         return result;
+    }
+
+    static std::size_t descriptors() {
+        auto fds = std::filesystem::directory_iterator("/proc/self/fd");
+        return static_cast<std::size_t>(std::distance(fds, {}));
     }
 
     TempInstall install_{"[ubroker]\n"};
@@ -95,7 +107,6 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
     std::string installed = vtx_ + "/properties/installed.properties";
     std::string installedDefault = vtx_ + "/properties/ubroker.properties";
     std::string longName(300, 'x'), longSection(CFG_SECTION_NAME_MAX + 1, 's');
-    std::string dir = vtx_ + "/properties/dir";
     const char *local = local_.path(), *named = named_.path();
     struct Case {
         const char *why, *env, *section, *file;
@@ -110,7 +121,9 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
         {"an empty variable counts as unset", "QORVEL_EMPTY_VAR", nullptr, local, 0, local},
         {"missing file under VTX", nullptr, nullptr, "my.properties", ENOENT, ""},
         {"absent section", nullptr, "Nowhere", local, CFG_NO_SECTION, local},
-        {"a directory reads as a file without sections", nullptr, "S", "dir", CFG_NO_SECTION, dir},
+        {"a directory under VTX is no file", nullptr, "S", "dir", EISDIR, ""},
+        {"a directory named by the variable is no file", "QORVEL_DIR_VAR", nullptr, local, EISDIR,
+         ""},
         {"a directory is not taken as the file", nullptr, nullptr, vtx_.c_str(), ENOENT, ""},
         {"a device is not taken as the file", nullptr, nullptr, "/dev/null", ENOENT, ""},
         {"path too long", nullptr, nullptr, longName.c_str(), ENAMETOOLONG, ""},
