@@ -44,11 +44,11 @@ void store_number(void* out, long number) { std::memcpy(out, &number, sizeof num
 
 // Fills `out` from a found entry; returns the status.
 long take_value(const CFGHANDLE& handle, const char* key, const Entry& entry, void* out,
-                std::size_t outSize, std::uint32_t flags, int substitute) {
+                std::size_t outSize, unsigned int flags, int substitute) {
     std::memset(out, 0, outSize);
-    if ((flags & kPropTypeMask) == PROP_INTEGER) {
+    if ((flags & PROP_TYPE_MASK) == PROP_INTEGER) {
         char number[QORVEL_EXPAND_MAX];
-        if (substitute && filterValue(&handle, key, number, sizeof number, entry.word) == 0) {
+        if (substitute && filter_value(&handle, key, number, sizeof number, entry.word) == 0) {
             return CFG_BAD_VALUE;
         }
         store_number(out, std::strtol(substitute ? number : entry.word, nullptr, 10));
@@ -60,23 +60,29 @@ long take_value(const CFGHANDLE& handle, const char* key, const Entry& entry, vo
         bounded_copy(text, outSize, source);
         return 0;
     }
-    return filterValue(&handle, key, text, outSize, source) == 0 ? CFG_BAD_VALUE : 0;
+    return filter_value(&handle, key, text, outSize, source) == 0 ? CFG_BAD_VALUE : 0;
 }
 
 }  // namespace
+}  // namespace qorvel
 
-long getPropValue(const CFGHANDLE* handle, const char* key, void* out, std::size_t outSize,
-                  std::uint32_t flags, const char* defaultText, long defaultNumber,
-                  int substitute) {
+using qorvel::bounded_copy;
+using qorvel::Entry;
+using qorvel::store_number;
+
+extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out,
+                             std::size_t outSize, unsigned int flags, const char* defaultText,
+                             long defaultNumber, int substitute) {
     if (!handle) return CFG_NULL_HANDLE;
+    if (!key || !out) return CFG_NOT_FOUND;
     const CFGHANDLE copy = *handle;  // the caller's handle stays as it was
-    bool isNumber = (flags & kPropTypeMask) == PROP_INTEGER;
+    bool isNumber = (flags & PROP_TYPE_MASK) == PROP_INTEGER;
 
     long status = CFG_NOT_FOUND;
     Entry entry;
-    if (copy.fp && find_entry(copy, key, entry)) {
-        status = take_value(copy, key, entry, out, outSize, flags, substitute);
-    } else if (isNumber && defaultNumber != kNoNumericDefault) {
+    if (copy.fp && qorvel::find_entry(copy, key, entry)) {
+        status = qorvel::take_value(copy, key, entry, out, outSize, flags, substitute);
+    } else if (isNumber && defaultNumber != PROP_NO_DEFAULT_NUMBER) {
         if (out != defaultText) store_number(out, defaultNumber);
         status = 0;
     } else if (!isNumber && defaultText) {
@@ -85,12 +91,10 @@ long getPropValue(const CFGHANDLE* handle, const char* key, void* out, std::size
     }
     if (status != 0) {
         if (isNumber) {
-            store_number(out, kAbsentNumber);
+            store_number(out, PROP_ABSENT_NUMBER);
         } else {
             bounded_copy(static_cast<char*>(out), outSize, key);
         }
     }
     return status;
 }
-
-}  // namespace qorvel

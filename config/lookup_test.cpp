@@ -1,5 +1,3 @@
-#include "config/lookup.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -8,10 +6,9 @@
 #include <vector>
 
 #include "config/test_file.h"
+#include "qorvel/config.h"
 
 namespace {
-
-using namespace qorvel;
 
 constexpr std::uint32_t kWhole = PROP_STRING | PROP_WHOLE_LINE;
 
@@ -23,6 +20,7 @@ const std::string kFile =
     "[S]\n"
     "base=/opt/x y\nr=x\nenvval=${QV_VTX}/lib\nnum=${QV_NUM}\n"
     "loopA=!{value-of:loopB}\nloopB=!{value-of:loopC}\nloopC=!{value-of:loopB}\n"
+    "selfCase=!{value-of:s.selfCase}\n"
     "grow=!{value-of:S.g2}\ng2=" +
     std::string(600, 'x') + "!{value-of:S.g2}\n[Next]\nonlyNext=1\n";
 
@@ -41,7 +39,7 @@ class Lookup : public ::testing::Test {
     // A lookup on a copy of the handle positioned on `section` (nullptr: the top of the file).
     long lookup(const char* section, const char* key, void* out, std::size_t size,
                 std::uint32_t flags, int substitute, const char* dflt = nullptr,
-                long number = kNoNumericDefault) {
+                long number = PROP_NO_DEFAULT_NUMBER) {
         CFGHANDLE h = h_;
         EXPECT_TRUE(!section || find_Section(section, &h) == 1);
         return getPropValue(&h, key, out, size, flags, dflt, number, substitute);
@@ -49,7 +47,7 @@ class Lookup : public ::testing::Test {
 
     qorvel::testing::TempFile file_{kFile};
     CFGHANDLE h_;
-    char out_[kSubstitutionSize];
+    char out_[CFG_VALUE_SIZE];
 };
 
 TEST_F(Lookup, ReadsKeysOfTheCurrentSection) {
@@ -67,6 +65,8 @@ TEST_F(Lookup, ReadsKeysOfTheCurrentSection) {
         {"lookup stops at the next header", "S", "onlyNext", PROP_STRING, 0, "onlyNext", 2},
         {"keys naming each other", "S", "loopA", kWhole, 1, "loopA", CFG_BAD_VALUE},
         {"a value that keeps growing", "S", "grow", kWhole, 1, "grow", CFG_BAD_VALUE},
+        {"self reference through the section's other case", "S", "selfCase", kWhole, 1, "selfCase",
+         CFG_BAD_VALUE},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(lookup(c.section, c.key, out_, sizeof out_, c.flags, c.substitute), c.status)
@@ -86,7 +86,7 @@ TEST_F(Lookup, AppliesDefaults) {
         long dflt, expected, status;
     } const numbers[] = {{"PORTNUMBER", 7, 3090, 0},
                          {"absent", 7, 7, 0},
-                         {"absent", kNoNumericDefault, 4294967295L, 2}};
+                         {"absent", PROP_NO_DEFAULT_NUMBER, 4294967295L, 2}};
     long value = 0;
     for (const auto& c : numbers) {
         EXPECT_EQ(lookup("UBroker", c.key, &value, sizeof value, PROP_INTEGER, 0, nullptr, c.dflt),
@@ -130,8 +130,8 @@ TEST_F(Lookup, SubstitutionStagesRunInOrder) {
         {"an unclosed chosen alternative runs to the end", "k", "a?${QV_UNSET}?b", "ab"},
     };
     for (const auto& c : cases) {
-        char out[kSubstitutionSize];
-        EXPECT_EQ(filterValue(&h, c.key, out, sizeof out, c.value), 1) << c.why;
+        char out[CFG_VALUE_SIZE];
+        EXPECT_EQ(filterValue(&h, c.key, out, c.value), 1) << c.why;
         EXPECT_EQ(out, c.expected) << c.why;
     }
 }

@@ -4,28 +4,32 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdarg>
+#include <cstring>
 #include <new>
 #include <string_view>
 #include <vector>
 
-#include "config/lookup.h"
+#include "qorvel/config.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {
 namespace {
 
-constexpr std::size_t kSubstitutedCapacity = kSubstitutionSize;
-constexpr std::size_t kPlainCapacity = 1024;
-
-// Reads the requests from the section the handle is positioned on.
+// Reads the requests from the section the handle is positioned on. A value
+// found replaces the buffer's text: only that text is cleared, and the copy
+// stops at the buffer's capacity.
 long read_level(const CFGHANDLE& handle, int substitute,
                 std::span<const PropertyRequest> requests) {
     long result = 0;
+    char value[CFG_VALUE_SIZE];
     for (const PropertyRequest& request : requests) {
-        if (!request.key || !request.buffer) break;
-        long rc = getPropValue(&handle, request.key, request.buffer, request.capacity,
-                               PROP_STRING | PROP_WHOLE_LINE, request.buffer, kNoNumericDefault,
-                               substitute);
+        if (!request.key || !request.buffer || request.capacity == 0) break;
+        long rc =
+            getPropValue(&handle, request.key, value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
+                         nullptr, PROP_NO_DEFAULT_NUMBER, substitute);
+        if (rc == CFG_NOT_FOUND) continue;  // the buffer keeps its default
+        std::memset(request.buffer, 0, bounded_length(request.buffer, request.capacity));
+        bounded_copy(request.buffer, request.capacity, value);
         if (rc != 0) result = rc;
     }
     return result;
@@ -86,23 +90,48 @@ long read_properties(int substitute, const char* fileName, const char* sectionNa
 
 }  // namespace qorvel
 
+namespace {
+
+// Values read without substitution are cut at 1023 characters.
+constexpr std::size_t kPlainCapacity = 1024;
+
+// The trailing arguments: (key, buffer) pairs whose buffers all hold
+// `fixedCapacity` bytes, or, when it is 0, (key, buffer, capacity) triples.
+long collect_requests(long count, std::size_t fixedCapacity, std::va_list args,
+                      std::vector<qorvel::PropertyRequest>& requests) {
+    try {  // no exception may cross into a C caller
+        for (long i = 0; i < count; ++i) {
+            qorvel::PropertyRequest request{};
+            request.key = va_arg(args, const char*);
+            request.buffer = va_arg(args, char*);
+            request.capacity = fixedCapacity ? fixedCapacity : va_arg(args, std::size_t);
+            if (!request.key || !request.buffer || request.capacity == 0) break;
+            requests.push_back(request);
+        }
+    } catch (const std::bad_alloc&) {
+        return ENOMEM;
+    }
+    return 0;
+}
+
+}  // namespace
+
 extern "C" long getProperties(long count, int substitute, const char* fileName,
                               const char* sectionName, ...) {
-    std::size_t capacity = substitute ? qorvel::kSubstitutedCapacity : qorvel::kPlainCapacity;
     std::vector<qorvel::PropertyRequest> requests;
     std::va_list args;
     va_start(args, sectionName);
-    long rc = 0;
-    try {  // no exception may cross into a C caller
-        for (long i = 0; i < count; ++i) {
-            const char* key = va_arg(args, const char*);
-            char* buffer = va_arg(args, char*);
-            if (!key || !buffer) break;
-            requests.push_back({key, buffer, capacity});
-        }
-    } catch (const std::bad_alloc&) {
-        rc = ENOMEM;
-    }
+    long rc = collect_requests(count, substitute ? CFG_VALUE_SIZE : kPlainCapacity, args, requests);
+    va_end(args);
+    return rc != 0 ? rc : qorvel::read_properties(substitute, fileName, sectionName, requests);
+}
+
+extern "C" long getPropertiesSized(long count, int substitute, const char* fileName,
+                                   const char* sectionName, ...) {
+    std::vector<qorvel::PropertyRequest> requests;
+    std::va_list args;
+    va_start(args, sectionName);
+    long rc = collect_requests(count, 0, args, requests);
     va_end(args);
     return rc != 0 ? rc : qorvel::read_properties(substitute, fileName, sectionName, requests);
 }

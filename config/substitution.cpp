@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "config/lookup.h"
 #include "util/bounded_text.h"
@@ -15,13 +16,12 @@ namespace {
 
 constexpr std::string_view kValueOf = "!{value-of:";
 constexpr std::string_view kSystemProperty = "!{SystemProperty:";
-constexpr std::size_t kTextMax = kSubstitutionSize - 1;
+constexpr std::size_t kTextMax = CFG_VALUE_SIZE - 1;
 constexpr std::size_t kReferenceMax = 1023;
 // References that keep producing references (keys naming each other) would
 // otherwise never settle. A whole value of 1023 characters holds at most 93
 // "!{value-of:" markers; the bound leaves room for every one of them and a
-// few levels of references inside inserted values, and still ends a loop
-// after a bounded number of rescans.
+// few levels of references inside inserted values.
 constexpr int kMaxReferencePasses = 256;
 
 bool equals_nocase(std::string_view a, std::string_view b) {
@@ -31,13 +31,13 @@ bool equals_nocase(std::string_view a, std::string_view b) {
 // The value of `ref` ("key" or "section.key") as it appears inside
 // "!{value-of:...}" while reading `key` on `handle`; empty when absent.
 std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std::string_view ref) {
-    char value[kSubstitutionSize] = "";
+    char value[CFG_VALUE_SIZE] = "";
     std::size_t dot = ref.rfind('.');
     if (dot == std::string_view::npos) {
         if (equals_nocase(ref, key)) return {};  // refers to itself
         std::string name(ref);
         long rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
-                               kNoNumericDefault, 0);
+                               PROP_NO_DEFAULT_NUMBER, 0);
         return rc == 0 ? value : "";
     }
     std::string section(ref.substr(0, dot));
@@ -49,7 +49,7 @@ std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std
     long rc;
     if (section.empty()) {
         rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
-                          nullptr, kNoNumericDefault, 0);
+                          nullptr, PROP_NO_DEFAULT_NUMBER, 0);
     } else {
         // A section that does not exist resolves to nothing rather than to the
         // entries above the first header.
@@ -57,15 +57,33 @@ std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std
         rc = opencfg(section.c_str(), nullptr, handle.fileName, &second);
         if (rc == 0) {
             rc = getPropValue(&second, name.c_str(), value, sizeof value,
-                              PROP_STRING | PROP_WHOLE_LINE, nullptr, kNoNumericDefault, 0);
+                              PROP_STRING | PROP_WHOLE_LINE, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
         }
         closecfg(&second);
     }
     return rc == 0 ? value : "";
 }
 
+// Each distinct reference is looked up once per substitution: a loop of
+// references then costs string work, not a scan of the file per pass.
+class ReferenceCache {
+  public:
+    ReferenceCache(const CFGHANDLE& handle, std::string_view key) : handle_(handle), key_(key) {}
+    const std::string& value(std::string_view ref) {
+        auto [it, added] = values_.try_emplace(std::string(ref));
+        if (added) it->second = resolve_reference(handle_, key_, ref);
+        return it->second;
+    }
+
+  private:
+    const CFGHANDLE& handle_;
+    std::string_view key_;
+    std::unordered_map<std::string, std::string> values_;
+};
+
 // Replaces every "!{value-of:...}"; false when the text never settles or outgrows its bound.
 bool replace_references(const CFGHANDLE& handle, std::string_view key, std::string& text) {
+    ReferenceCache cache(handle, key);
     for (int pass = 0;; ++pass) {
         std::size_t at = text.find(kValueOf);
         if (at == std::string::npos) return true;
@@ -78,10 +96,11 @@ bool replace_references(const CFGHANDLE& handle, std::string_view key, std::stri
         } else {
             std::string_view ref = std::string_view(text).substr(open, close - open);
             if (ref.size() > kReferenceMax) return false;
-            next += resolve_reference(handle, key, ref);
+            next += cache.value(ref);
             next += text.substr(close + 1);
         }
-        if (next.size() > kTextMax) return false;
+        // A reference that yields itself would yield itself on every pass.
+        if (next.size() > kTextMax || next == text) return false;
         text = std::move(next);
     }
 }
@@ -138,9 +157,10 @@ int substitute(const CFGHANDLE& handle, const char* key, char* out, std::size_t 
 
 }  // namespace
 
-int filterValue(const CFGHANDLE* handle, const char* key, char* out, std::size_t outSize,
-                const char* value) {
+int filter_value(const CFGHANDLE* handle, const char* key, char* out, std::size_t outSize,
+                 const char* value) {
     if (!handle) return static_cast<int>(CFG_NULL_HANDLE);
+    if (!out) return 0;
     if (!value) value = "";
     if (std::string_view(value).find_first_of("$@!?") == std::string_view::npos) {
         bounded_copy(out, outSize, value);
@@ -154,3 +174,7 @@ int filterValue(const CFGHANDLE* handle, const char* key, char* out, std::size_t
 }
 
 }  // namespace qorvel
+
+extern "C" int filterValue(const CFGHANDLE* handle, const char* key, char* out, const char* value) {
+    return qorvel::filter_value(handle, key, out, CFG_VALUE_SIZE, value);
+}

@@ -8,7 +8,6 @@
 #include <cstring>
 #include <string>
 
-#include "config/lookup.h"
 #include "config/properties_reader.h"
 #include "qorvel/config.h"
 
@@ -21,7 +20,7 @@ constexpr const char* kKeys[] = {"classpath", "jvmargs", "a", "k", "x"};
 
 // A guard byte after each buffer catches any write past its end.
 struct Guarded {
-    char text[qorvel::kSubstitutionSize];
+    char text[CFG_VALUE_SIZE];
     char guard = '\x5a';
 };
 
@@ -32,12 +31,11 @@ void check(const Guarded& g) {
 void lookups(CFGHANDLE& h) {
     for (const char* key : kKeys) {
         Guarded out;
-        qorvel::getPropValue(&h, key, out.text, sizeof out.text,
-                             qorvel::PROP_STRING | qorvel::PROP_WHOLE_LINE, nullptr,
-                             qorvel::kNoNumericDefault, 1);
+        getPropValue(&h, key, out.text, sizeof out.text, PROP_STRING | PROP_WHOLE_LINE, nullptr,
+                     PROP_NO_DEFAULT_NUMBER, 1);
         check(out);
         long number = 0;
-        qorvel::getPropValue(&h, key, &number, sizeof number, qorvel::PROP_INTEGER, nullptr, 7, 1);
+        getPropValue(&h, key, &number, sizeof number, PROP_INTEGER, nullptr, 7, 1);
     }
 }
 

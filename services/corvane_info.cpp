@@ -2,21 +2,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "config/lookup.h"
 #include "qorvel/services.h"
 #include "services/service_read.h"
 #include "util/bounded_text.h"
 
 namespace {
 
-using qorvel::getPropValue;
-
 constexpr int kComponentFlags = 7;
 constexpr std::size_t kComponentsSize = 256;
 
 long read_text(const CFGHANDLE& handle, const char* key, char* out, std::size_t size) {
-    return getPropValue(&handle, key, out, size, qorvel::PROP_STRING, nullptr,
-                        qorvel::kNoNumericDefault, 1);
+    return getPropValue(&handle, key, out, size, PROP_STRING, nullptr, PROP_NO_DEFAULT_NUMBER, 1);
 }
 
 }  // namespace

@@ -3,13 +3,10 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "config/lookup.h"
 #include "qorvel/services.h"
 #include "services/service_read.h"
 
 namespace {
-
-using qorvel::getPropValue;
 
 constexpr std::size_t kSwitchSize = 4;
 constexpr std::size_t kAddressListSize = 256;
@@ -41,13 +38,13 @@ long read_allow(const CFGHANDLE& handle, const char* clientAddress, int64_t* all
     *allowCmds = 0;
     char allow[kSwitchSize];
     long r = getPropValue(&handle, "AllowMsngrCmds", allow, sizeof allow, PROP_STRING, "0",
-                          qorvel::kNoNumericDefault, 1);
+                          PROP_NO_DEFAULT_NUMBER, 1);
     if (r == 0) *allowCmds = allow[0] == '1';
     if (*allowCmds != 1) return r;
     // Without an address list commands are allowed from everywhere.
     char addresses[kAddressListSize];
     r = getPropValue(&handle, "cvmAdmIPList", addresses, sizeof addresses, PROP_STRING, nullptr,
-                     qorvel::kNoNumericDefault, 1);
+                     PROP_NO_DEFAULT_NUMBER, 1);
     if (r == 0 && addresses[0] != '\0') *allowCmds = listed(addresses, clientAddress);
     return r;
 }
@@ -68,7 +65,7 @@ extern "C" long getMsngrCtlSettings(const char* clientAddress, int messengerType
     if (useConnIDFlag) {
         char use[kSwitchSize];
         result = getPropValue(&opened.handle, "useConnID", use, sizeof use, PROP_STRING, "0",
-                              qorvel::kNoNumericDefault, 1);
+                              PROP_NO_DEFAULT_NUMBER, 1);
         if (result == 0) *useConnIDFlag = use[0] != '0';
     }
     return result;

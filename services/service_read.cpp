@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "config/lookup.h"
 #include "services/error_detail.h"
 #include "util/bounded_text.h"
 

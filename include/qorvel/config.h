@@ -50,10 +50,13 @@ typedef struct CFGHANDLE {
  * `fileName` when it names a regular file, else $VTX/properties/<fileName or
  * "ubroker.properties">), opens it and, with `sectionName`, positions on that
  * section. Each text may be NULL. Returns 0; 2 when VTX is needed and unset;
- * an errno value when the file cannot be opened (ENAMETOOLONG when a path or
- * VTX does not fit its buffer, or the section name is over
- * CFG_SECTION_NAME_MAX); 10004 when the section is absent, in which case the
- * file is open and the handle must still be closed. */
+ * an errno value when the file cannot be opened (EISDIR when the path names a
+ * directory; ENAMETOOLONG when a path or VTX does not fit its buffer, or the
+ * section name is over CFG_SECTION_NAME_MAX); 10004 when the section is
+ * absent, in which case the file is open and the handle must still be closed.
+ * The handle may be uninitialised. A handle still open from an earlier
+ * opencfg is closed first, so its copies must no longer be used. Distinct
+ * handles may be opened and closed from distinct threads. */
 QORVEL_API long opencfg(const char* sectionName, const char* envVarName, const char* fileName,
                         CFGHANDLE* handle);
 
@@ -77,14 +80,71 @@ QORVEL_API long find_NextSection(const char* prefix, char* outName, size_t outSi
 /* Reads `count` keys, given as trailing (const char* key, char* buffer) pairs,
  * from section `sectionName` and each of its dotted ancestors ("a", "a.b",
  * "a.b.c"), the deeper section overriding. A buffer's text on entry is its
- * default. With `substitute` non-zero values pass through substitution and
- * each buffer must hold 4096 bytes; without, 1024 bytes. Longer values are
- * cut to fit. A NULL key or buffer ends the list. Returns 0; 2 when fileName
+ * default. A found value clears the buffer's current text and is written with
+ * its NUL; nothing past the longer of the two is touched. The call carries no
+ * capacities, so a value is cut only at CFG_VALUE_SIZE - 1 characters with
+ * `substitute` non-zero, 1023 without: each buffer must hold that much unless
+ * the caller knows its values are shorter. getPropertiesSized takes the
+ * capacities. A NULL key or buffer ends the list. Returns 0; 2 when fileName
  * or sectionName is NULL or VTX is needed and unset; the errno of a failed
  * open; ENAMETOOLONG when a level's name ("a.b.c" for "a..b.c") is over
- * CFG_SECTION_NAME_MAX; 10010 when a substitution could not complete. */
+ * CFG_SECTION_NAME_MAX; 10010 when a substitution could not complete (that
+ * key's buffer then holds the key's name). The buffers must not overlap. */
 QORVEL_API long getProperties(long count, int substitute, const char* fileName,
                               const char* sectionName, ...);
+
+/* getProperties with trailing (const char* key, char* buffer, size_t capacity)
+ * triples: each value is cut to capacity - 1 characters and a NUL, and no
+ * byte at or past buffer + capacity is read or written. A NULL key or buffer,
+ * or a zero capacity, ends the list. */
+QORVEL_API long getPropertiesSized(long count, int substitute, const char* fileName,
+                                   const char* sectionName, ...);
+
+/* ---- Single values -------------------------------------------------------- */
+
+/* Lookup flags: the low 16 bits are the destination's type, the high bits
+ * attributes. services.h adds the attributes its descriptor tables carry. */
+#define PROP_STRING 0x1u            /* a NUL-terminated text */
+#define PROP_INTEGER 0x4u           /* a long, read as a decimal number */
+#define PROP_WHOLE_LINE 0x00040000u /* the whole value, blanks included, not its first word */
+#define PROP_TYPE_MASK 0x0000FFFFu
+
+/* A defaultNumber of this value means there is no numeric default. */
+#define PROP_NO_DEFAULT_NUMBER 0xDEADL
+/* What a number destination holds after a failed lookup. */
+#define PROP_ABSENT_NUMBER 0xFFFFFFFFL
+
+/* Size of a substituted value and its NUL (filterValue's `out`). */
+#define CFG_VALUE_SIZE 4096
+
+/* Reads `key` from the handle's current section (or, without one, from the
+ * entries above the first header), the key compared without regard to case,
+ * the first entry winning. `out` holds `outSize` bytes: all of them are
+ * cleared when the key is found, then a text gets at most outSize - 1
+ * characters and a NUL; for PROP_INTEGER `out` is a long and outSize at least
+ * sizeof(long). With `substitute` non-zero the value passes through
+ * filterValue. An absent key takes `defaultText` (texts; NULL for none; `out`
+ * itself means the default is already in place) or `defaultNumber` (numbers;
+ * PROP_NO_DEFAULT_NUMBER for none); defaults are never substituted. Returns
+ * 0; 2 when the key is absent without a default (`out` then holds the key's
+ * name, or PROP_ABSENT_NUMBER); 10006 for a NULL handle (`out` untouched);
+ * 10010 when substitution could not complete (`out` as for 2); 2 with
+ * nothing written for a NULL key or out. Only the
+ * shared stream's position changes, never the handle. */
+QORVEL_API long getPropValue(const CFGHANDLE* handle, const char* key, void* out, size_t outSize,
+                             unsigned int flags, const char* defaultText, long defaultNumber,
+                             int substitute);
+
+/* Rewrites `value`, read as `key` on `handle` (whose file and section give
+ * references their context), into `out`, which must hold CFG_VALUE_SIZE
+ * bytes and may be `value` itself: "!{value-of:key}" and
+ * "!{value-of:section.key}" take other values of the file, environment
+ * references expand (all or none), "!{SystemProperty:...}" is removed and
+ * "?alt?alt?default?" keeps the first alternative not left unexpanded.
+ * Returns 1; 10006 for a NULL handle; 0 when the substitution cannot complete
+ * (references that never settle, a text of CFG_VALUE_SIZE characters or more).
+ * A NULL value gives an empty text. */
+QORVEL_API int filterValue(const CFGHANDLE* handle, const char* key, char* out, const char* value);
 
 /* Copies $VTX into *pathBuffer (size bytes). Returns 0; 2 when VTX is unset;
  * ENAMETOOLONG when it does not fit. The buffer is untouched on failure. */

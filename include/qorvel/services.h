@@ -36,20 +36,13 @@ QORVEL_API size_t FormatSysMessage(unsigned int code, unsigned long reserved, ch
 
 /* ---- Descriptors and info lists ----------------------------------------- */
 
-/* Value types (low 16 bits of CfgInfo.flags) and attribute bits (high bits).
- * Constants rather than macros, so the library's internals may use the same
- * names in their own namespace. */
-enum {
-    PROP_STRING = 0x1,
-    PROP_INTEGER = 0x4,
-    PROP_DEFAULT_DIR = 0x00010000, /* "." or "./" becomes the working directory */
-    PROP_HOSTNAME = 0x00020000,
-    PROP_WHOLE_LINE = 0x00040000, /* the whole value, blanks included */
-    PROP_GROUPNAME = 0x00100000,
-    PROP_VERSION = 0x00200000, /* the value must be INFO_VERSION */
-    PROP_FILENAME = 0x00400000,
-    PROP_DEFERRED = 0x01000000 /* changes go to the deferred-update handler */
-};
+/* Attribute bits of CfgInfo.flags, beside the lookup flags of config.h. */
+#define PROP_DEFAULT_DIR 0x00010000u /* "." or "./" becomes the working directory */
+#define PROP_HOSTNAME 0x00020000u
+#define PROP_GROUPNAME 0x00100000u
+#define PROP_VERSION 0x00200000u /* the value must be INFO_VERSION */
+#define PROP_FILENAME 0x00400000u
+#define PROP_DEFERRED 0x01000000u /* changes go to the deferred-update handler */
 
 /* The record layout version stated by every infoVersion key. */
 #define INFO_VERSION 9010
