@@ -38,7 +38,7 @@ extern "C" long ReadUBproperties(const char* propertiesFile, const char* service
     }
     char openFor[CFG_PATH_SIZE + 8];
     qorvel::bounded_format(openFor, sizeof openFor, "service %s", serviceName);
-    ServiceRead read{UBcfg_info, record, chain,
+    ServiceRead read{UBcfg_info_layout, record, chain,
                      ChainRules{Defaults::Table, Defaults::Inherited, true, kWhere, false},
                      "ReadUBproperties memory allocation"};
     return read_service(propertiesFile, openFor, read, errDetail);

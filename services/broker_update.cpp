@@ -54,8 +54,8 @@ extern "C" long UpdateUBproperties(const char* propertiesFile, const char* servi
     }
     OwnedList now, next;
     constexpr const char* kAllocWhere = "UpdateUBproperties memory allocation";
-    if ((r = make_list(now, UBcfg_info, kAllocWhere, errDetail)) != 0) return r;
-    if ((r = make_list(next, UBcfg_info, kAllocWhere, errDetail)) != 0) return r;
+    if ((r = make_list(now, UBcfg_info_layout, kAllocWhere, errDetail)) != 0) return r;
+    if ((r = make_list(next, UBcfg_info_layout, kAllocWhere, errDetail)) != 0) return r;
     set_UBserviceInfo(now.get(), current);
     set_UBserviceInfo(next.get(), fresh.get());
 

@@ -36,7 +36,8 @@ extern "C" long readCfgValue_CV(const char* propertiesFile, const char* serviceN
                                 const char* key, char* out) {
     if (!cfg_parser) {
         InfoList list = nullptr;
-        if (long r = alloc_InfoList(&list, UBcfg_info.entries.data(), UBcfg_info.bytes())) {
+        if (long r = alloc_InfoList(&list, UBcfg_info_layout.entries.data(),
+                                    UBcfg_info_layout.bytes())) {
             return r;
         }
         cfg_parser = list;

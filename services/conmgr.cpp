@@ -83,19 +83,19 @@ extern "C" long ReadConfigProperties(const char* propertiesFile, const char* ser
                                      CNFGserviceInfo* record, int useTableDefaults,
                                      ErrDetail* errDetail) {
     return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
-                       CNFGcfg_info, "ReadConfigProperties", "configuration");
+                       CNFGcfg_info_layout, "ReadConfigProperties", "configuration");
 }
 
 extern "C" long ReadDBProperties(const char* propertiesFile, const char* serviceName,
                                  DBserviceInfo* record, int useTableDefaults,
                                  ErrDetail* errDetail) {
-    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail, DBcfg_info,
-                       "ReadDBProperties", "database");
+    return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
+                       DBcfg_info_layout, "ReadDBProperties", "database");
 }
 
 extern "C" long ReadSrvrGrpProperties(const char* propertiesFile, const char* serviceName,
                                       SRVRGRPserviceInfo* record, int useTableDefaults,
                                       ErrDetail* errDetail) {
     return read_conmgr(propertiesFile, serviceName, record, useTableDefaults, errDetail,
-                       SRVRGRPcfg_info, "ReadSrvrGrpProperties", "servergroup");
+                       SRVRGRPcfg_info_layout, "ReadSrvrGrpProperties", "servergroup");
 }

@@ -1,5 +1,8 @@
 // Info lists: private copies of a descriptor table, bound to one record.
+#include <strings.h>
+
 #include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 
@@ -7,10 +10,31 @@
 #include "services/tables.h"
 
 namespace qorvel::services {
+namespace {
+
+constexpr std::size_t kNoRow = static_cast<std::size_t>(-1);
+
+// The row of `table` whose key is `keyword`. A list copied from the table
+// holds the table's own keyword pointers in the table's order, so the row at
+// `hint` is tried first and a reader's binding costs no search.
+std::size_t row_of(const DescriptorTable& table, const char* keyword, std::size_t hint) {
+    std::size_t rows = table.offsets.size();
+    if (hint < rows && table.entries[hint].keyword == keyword) return hint;
+    for (std::size_t row = 0; row < rows; ++row) {
+        if (strcasecmp(table.entries[row].keyword, keyword) == 0) return row;
+    }
+    return kNoRow;
+}
+
+}  // namespace
 
 void bind_list(InfoList list, void* record, const DescriptorTable& table) {
+    if (!list || !record) return;
     auto* base = static_cast<unsigned char*>(record);
-    for (std::size_t i = 0; i < table.offsets.size(); ++i) list[i].value = base + table.offsets[i];
+    for (std::size_t i = 0; list[i].keyword; ++i) {
+        std::size_t row = row_of(table, list[i].keyword, i);
+        list[i].value = row == kNoRow ? nullptr : base + table.offsets[row];
+    }
 }
 
 }  // namespace qorvel::services
@@ -30,28 +54,29 @@ extern "C" void free_InfoList(InfoList list) { std::free(list); }
 #define QV_BINDER(name, Record, table) \
     extern "C" void name(InfoList list, Record* record) { bind_list(list, record, table); }
 
-QV_BINDER(set_UBserviceInfo, UBSERVICEINFO, tables::UBcfg_info)
-QV_BINDER(set_MsngrServiceInfo, MsngrServiceInfo, tables::MsngrCfg_info)
-QV_BINDER(set_NSserviceInfo, NSserviceInfo, tables::NScfg_info)
-QV_BINDER(set_CNFGserviceInfo, CNFGserviceInfo, tables::CNFGcfg_info)
-QV_BINDER(set_DBserviceInfo, DBserviceInfo, tables::DBcfg_info)
-QV_BINDER(set_SRVRGRPserviceInfo, SRVRGRPserviceInfo, tables::SRVRGRPcfg_info)
-QV_BINDER(set_ReplServerProps, ReplServerProps, tables::replServer_info)
-QV_BINDER(set_ReplServerPropsV2, ReplServerPropsV2, tables::replServerV2_info)
-QV_BINDER(set_ReplControlAgentProps, ReplControlAgentProps, tables::replControlAgent_info)
-QV_BINDER(set_ReplControlAgentPropsV2, ReplControlAgentPropsV2, tables::replControlAgentV2_info)
-QV_BINDER(set_ReplAgentProps, ReplAgentProps, tables::replAgent_info)
-QV_BINDER(set_ReplAgentPropsV2, ReplAgentPropsV2, tables::replAgentV2_info)
-QV_BINDER(set_ReplTransitionProps, ReplTransitionProps, tables::replTransition_info)
-QV_BINDER(set_PMMGRProps, PMMGRProps, tables::pmmgr_info)
-QV_BINDER(set_SQLDbProperties, SQLDbProperties, tables::SQLDatabase_info)
+QV_BINDER(set_UBserviceInfo, UBSERVICEINFO, tables::UBcfg_info_layout)
+QV_BINDER(set_MsngrServiceInfo, MsngrServiceInfo, tables::MsngrCfg_info_layout)
+QV_BINDER(set_NSserviceInfo, NSserviceInfo, tables::NScfg_info_layout)
+QV_BINDER(set_CNFGserviceInfo, CNFGserviceInfo, tables::CNFGcfg_info_layout)
+QV_BINDER(set_DBserviceInfo, DBserviceInfo, tables::DBcfg_info_layout)
+QV_BINDER(set_SRVRGRPserviceInfo, SRVRGRPserviceInfo, tables::SRVRGRPcfg_info_layout)
+QV_BINDER(set_ReplServerProps, ReplServerProps, tables::replServer_info_layout)
+QV_BINDER(set_ReplServerPropsV2, ReplServerPropsV2, tables::replServerV2_info_layout)
+QV_BINDER(set_ReplControlAgentProps, ReplControlAgentProps, tables::replControlAgent_info_layout)
+QV_BINDER(set_ReplControlAgentPropsV2, ReplControlAgentPropsV2,
+          tables::replControlAgentV2_info_layout)
+QV_BINDER(set_ReplAgentProps, ReplAgentProps, tables::replAgent_info_layout)
+QV_BINDER(set_ReplAgentPropsV2, ReplAgentPropsV2, tables::replAgentV2_info_layout)
+QV_BINDER(set_ReplTransitionProps, ReplTransitionProps, tables::replTransition_info_layout)
+QV_BINDER(set_PMMGRProps, PMMGRProps, tables::pmmgr_info_layout)
+QV_BINDER(set_SQLDbProperties, SQLDbProperties, tables::SQLDatabase_info_layout)
 
 #undef QV_BINDER
 
 // Both SQL configuration records are one 1024-byte text at offset 0, so one
 // routine binds either.
 extern "C" void set_SQLConfigurationProperties(InfoList list, SQLConfigurationProperties* record) {
-    bind_list(list, record, tables::SQLConfig_info);
+    bind_list(list, record, tables::SQLConfig_info_layout);
 }
 
 extern "C" void set_SQLConfigurationList(InfoList list, SQLConfigurationList* record) {

@@ -20,7 +20,7 @@ extern "C" long ReadMsngrProperties(const char* propertiesFile, const char* serv
         report_system(errDetail, ENAMETOOLONG, "ReadMsngrProperties section name");
         return ENAMETOOLONG;
     }
-    ServiceRead read{MsngrCfg_info, record, chain,
+    ServiceRead read{MsngrCfg_info_layout, record, chain,
                      ChainRules{Defaults::Table, Defaults::Inherited, true, kWhere, false},
                      "ReadMsngrProperties memory allocation"};
     return read_service(propertiesFile, "Corvane Messengers", read, errDetail);

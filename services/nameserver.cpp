@@ -22,7 +22,7 @@ extern "C" long ReadNSproperties(const char* propertiesFile, const char* service
     }
     char openFor[CFG_PATH_SIZE + 8];
     qorvel::bounded_format(openFor, sizeof openFor, "service %s", serviceName);
-    ServiceRead read{NScfg_info, record, chain,
+    ServiceRead read{NScfg_info_layout, record, chain,
                      ChainRules{Defaults::Table, Defaults::Inherited, true, kWhere, false},
                      "ReadNSproperties memory allocation"};
     return read_service(propertiesFile, openFor, read, errDetail);

@@ -21,16 +21,18 @@ constexpr std::size_t kShortSection = 64;  // "control-agent." and a name of up 
 extern "C" long ReadReplServerProperties(const char* propertiesFile, void* record, int replVersion,
                                          ErrDetail* errDetail) {
     SingleSection read{"ReadReplServerProperties", kShortSection,
-                       by_version(replVersion, replServer_info, replServerV2_info), record};
+                       by_version(replVersion, replServer_info_layout, replServerV2_info_layout),
+                       record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "server");
 }
 
 extern "C" long ReadReplControlAgentProperties(const char* propertiesFile, const char* agentName,
                                                void* record, int replVersion,
                                                ErrDetail* errDetail) {
-    SingleSection read{"ReadReplControlAgentProperties", kShortSection,
-                       by_version(replVersion, replControlAgent_info, replControlAgentV2_info),
-                       record};
+    SingleSection read{
+        "ReadReplControlAgentProperties", kShortSection,
+        by_version(replVersion, replControlAgent_info_layout, replControlAgentV2_info_layout),
+        record};
     return read_single_section(propertiesFile, read, errDetail, "%s%s", "control-agent.",
                                agentName ? agentName : "");
 }
@@ -38,13 +40,15 @@ extern "C" long ReadReplControlAgentProperties(const char* propertiesFile, const
 extern "C" long ReadReplAgentProperties(const char* propertiesFile, void* record, int replVersion,
                                         ErrDetail* errDetail) {
     SingleSection read{"ReadReplAgentProperties", kShortSection,
-                       by_version(replVersion, replAgent_info, replAgentV2_info), record};
+                       by_version(replVersion, replAgent_info_layout, replAgentV2_info_layout),
+                       record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "agent");
 }
 
 extern "C" long ReadReplTransitionProperties(const char* propertiesFile,
                                              ReplTransitionProps* record, long /*reserved*/,
                                              ErrDetail* errDetail) {
-    SingleSection read{"ReadReplTransitionProperties", kShortSection, &replTransition_info, record};
+    SingleSection read{"ReadReplTransitionProperties", kShortSection, &replTransition_info_layout,
+                       record};
     return read_single_section(propertiesFile, read, errDetail, "%s", "transition");
 }

@@ -54,6 +54,7 @@ bool apply_attributes(const CfgInfo& entry, const ChainRules& rules, ErrDetail* 
 Outcome read_section(const CFGHANDLE& handle, InfoList list, Defaults defaults,
                      const ChainRules& rules, ErrDetail* errDetail) {
     for (const CfgInfo* entry = list; entry->keyword; ++entry) {
+        if (!entry->value) continue;  // a key its record does not have
         long r = read_entry(handle, *entry, defaults);
         if (r != 0) {
             report_failuref(errDetail, r, "getPropValue for keyword %s", entry->keyword);

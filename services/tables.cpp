@@ -5,9 +5,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
-namespace qorvel::services {
+// The exported tables are C objects, so this file defines them at the global
+// scope and each layout by its qualified name.
 namespace {
+
+using qorvel::services::DescriptorTable;
 
 // One row as written below; `fieldSize` lets the build prove the capacity fits.
 struct Key {
@@ -18,13 +22,18 @@ struct Key {
     const char* defaultText;
     std::int64_t defaultNum;
     std::uint32_t flags;
-};
 
-#define QV_FIELD(R, member) offsetof(R, member), sizeof(static_cast<R*>(nullptr)->member)
-#define INT(R, key, member, def, attrs) \
-    Key { key, QV_FIELD(R, member), 8, "", def, PROP_INTEGER | (attrs) }
-#define TEXT(R, key, member, cap, def, attrs) \
-    Key { key, QV_FIELD(R, member), cap, def, 0, PROP_STRING | (attrs) }
+    // The row as the exported table holds it: no field bound yet.
+    constexpr operator CfgInfo() const {
+        CfgInfo info{};
+        info.keyword = keyword;
+        info.valueSize = capacity;
+        for (std::size_t c = 0; defaultText[c] != '\0'; ++c) info.defaultText[c] = defaultText[c];
+        info.defaultNum = defaultNum;
+        info.flags = flags;
+        return info;
+    }
+};
 
 constexpr std::size_t text_length(const char* text) {
     std::size_t n = 0;
@@ -33,9 +42,10 @@ constexpr std::size_t text_length(const char* text) {
 }
 
 // A row is sound when its value and its default fit the field it fills.
-constexpr bool rows_fit(std::span<const Key> keys) {
+template <std::size_t N>
+constexpr bool rows_fit(const Key (&keys)[N]) {
     for (const Key& k : keys) {
-        bool isInt = (k.flags & 0xFFFF) == PROP_INTEGER;
+        bool isInt = (k.flags & PROP_TYPE_MASK) == PROP_INTEGER;
         if (isInt && (k.capacity != 8 || k.fieldSize != 8)) return false;
         if (k.capacity > k.fieldSize) return false;
         if (text_length(k.defaultText) >= k.capacity) return false;
@@ -44,40 +54,39 @@ constexpr bool rows_fit(std::span<const Key> keys) {
 }
 
 template <std::size_t N>
-struct Built {
-    std::array<CfgInfo, N + 1> entries{};  // the last stays all zero
+constexpr std::array<std::size_t, N> offsets_of(const Key (&keys)[N]) {
     std::array<std::size_t, N> offsets{};
-};
+    for (std::size_t i = 0; i < N; ++i) offsets[i] = keys[i].offset;
+    return offsets;
+}
 
-template <std::size_t N>
-constexpr Built<N> build(const std::array<Key, N>& keys) {
-    Built<N> table;
-    for (std::size_t i = 0; i < N; ++i) {
-        CfgInfo& info = table.entries[i];
-        info.keyword = keys[i].keyword;
-        info.valueSize = keys[i].capacity;
-        for (std::size_t c = 0; keys[i].defaultText[c] != '\0'; ++c) {
-            info.defaultText[c] = keys[i].defaultText[c];
-        }
-        info.defaultNum = keys[i].defaultNum;
-        info.flags = keys[i].flags;
-        table.offsets[i] = keys[i].offset;
+}  // namespace
+
+#define QV_FIELD(R, member) offsetof(R, member), sizeof(static_cast<R*>(nullptr)->member)
+#define INT(R, key, member, def, attrs) \
+    Key { key, QV_FIELD(R, member), 8, "", def, PROP_INTEGER | (attrs) }
+#define TEXT(R, key, member, cap, def, attrs) \
+    Key { key, QV_FIELD(R, member), cap, def, 0, PROP_STRING | (attrs) }
+
+// Defines the exported table `name` (its rows, then the all-zero terminator)
+// and `name_layout`, which adds where each key lives in a Record. The header
+// declares each table with its size, which must be the rows written here and
+// the terminator.
+#define QV_TABLE(name, Record, ...)                                    \
+    constexpr Key name##_keys[] = {__VA_ARGS__};                       \
+    static_assert(rows_fit(name##_keys));                              \
+    constexpr auto name##_offsets = offsets_of(name##_keys);           \
+    extern "C" const CfgInfo name[] = {__VA_ARGS__, CfgInfo{}};        \
+    static_assert(std::size(name) == std::size(name##_keys) + 1);      \
+    const DescriptorTable qorvel::services::name##_layout {            \
+        std::span<const CfgInfo>(name), name##_offsets, sizeof(Record) \
     }
-    return table;
-}
 
-template <std::size_t A, std::size_t B>
-constexpr std::array<Key, A + B> join(const std::array<Key, A>& first,
-                                      const std::array<Key, B>& second) {
-    std::array<Key, A + B> all{};
-    for (std::size_t i = 0; i < A; ++i) all[i] = first[i];
-    for (std::size_t i = 0; i < B; ++i) all[A + i] = second[i];
-    return all;
-}
-
+// The rows stay one to a line, as the keys are documented.
+// clang-format off
 // ---- Broker ---------------------------------------------------------------
 using UB = UBSERVICEINFO;
-constexpr auto kUBkeys = std::to_array<Key>({
+QV_TABLE(UBcfg_info, UBSERVICEINFO,
     INT(UB, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
     INT(UB, "srvrLoggingLevel", srvrLoggingLevel, 2, 0),
     TEXT(UB, "srvrLogEntryTypes", srvrLogEntryTypes, 256, "", 0),
@@ -133,13 +142,11 @@ constexpr auto kUBkeys = std::to_array<Key>({
     INT(UB, "serverASKResponseTimeout", serverASKResponseTimeout, 0, 0),
     INT(UB, "srvrExecutionTimeLimit", srvrExecutionTimeLimit, 0, 0),
     INT(UB, "brenixEnabled", brenixEnabled, 0, 0),
-    TEXT(UB, "brenixGroup", brenixGroup, 256, "", 0),
-});
-static_assert(kUBkeys.size() == 55 && rows_fit(kUBkeys));
+    TEXT(UB, "brenixGroup", brenixGroup, 256, "", 0));
 
 // ---- Name server and messengers -------------------------------------------
 using NS = NSserviceInfo;
-constexpr auto kNSkeys = std::to_array<Key>({
+QV_TABLE(NScfg_info, NSserviceInfo,
     INT(NS, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
     INT(NS, "portNumber", portNumber, 0, 0),
     INT(NS, "brokerKeepAliveTimeout", brokerKeepAliveTimeout, 0, 0),
@@ -153,12 +160,10 @@ constexpr auto kNSkeys = std::to_array<Key>({
     TEXT(NS, "srvrLogFile", srvrLogFile, 255, "", 0),
     TEXT(NS, "environment", environment, 64, "", 0),
     INT(NS, "neighborNameServers", neighborNameServers, 0, 0),
-    INT(NS, "numLogFiles", numLogFiles, 3, 0),
-});
-static_assert(kNSkeys.size() == 14 && rows_fit(kNSkeys));
+    INT(NS, "numLogFiles", numLogFiles, 3, 0));
 
 using MS = MsngrServiceInfo;
-constexpr auto kMsngrKeys = std::to_array<Key>({
+QV_TABLE(MsngrCfg_info, MsngrServiceInfo,
     INT(MS, "infoVersion", infoVersion, INFO_VERSION, PROP_VERSION),
     TEXT(MS, "RootPath", RootPath, 255, "", 0),
     TEXT(MS, "ScriptPath", ScriptPath, 255, "", 0),
@@ -186,13 +191,11 @@ constexpr auto kMsngrKeys = std::to_array<Key>({
     INT(MS, "noSessionReuse", noSessionReuse, 0, 0),
     INT(MS, "noHostVerify", noHostVerify, 0, 0),
     TEXT(MS, "certStorePath", certStorePath, 256, "", 0),
-    TEXT(MS, "ipver", ipver, 256, "IPv4", 0),
-});
-static_assert(kMsngrKeys.size() == 28 && rows_fit(kMsngrKeys));
+    TEXT(MS, "ipver", ipver, 256, "IPv4", 0));
 
 // ---- Connection manager ---------------------------------------------------
 using CN = CNFGserviceInfo;
-constexpr auto kCNFGkeys = std::to_array<Key>({
+QV_TABLE(CNFGcfg_info, CNFGserviceInfo,
     INT(CN, "afterimagebuffers", afterimagebuffers, 1, 0),
     TEXT(CN, "afterimagestall", afterimagestall, 8, "false", 0),
     TEXT(CN, "beforeimagebufferedwrites", beforeimagebufferedwrites, 8, "false", 0),
@@ -265,22 +268,18 @@ constexpr auto kCNFGkeys = std::to_array<Key>({
     INT(CN, "heapsize", heapsize, 0, 0),
     INT(CN, "usercount", usercount, 0, 0),
     TEXT(CN, "vlmopt", vlmopt, 8, "false", 0),
-    INT(CN, "alternatebufferpool", alternatebufferpool, 0, 0),
-});
-static_assert(kCNFGkeys.size() == 73 && rows_fit(kCNFGkeys));
+    INT(CN, "alternatebufferpool", alternatebufferpool, 0, 0));
 
 using DB = DBserviceInfo;
-constexpr auto kDBkeys = std::to_array<Key>({
+QV_TABLE(DBcfg_info, DBserviceInfo,
     TEXT(DB, "autostart", autostart, 8, "false", 0),
     TEXT(DB, "configurations", configurations, 2048, "", 0),
     TEXT(DB, "databasename", databasename, 1024, "", PROP_WHOLE_LINE),
     TEXT(DB, "defaultconfiguration", defaultconfiguration, 1024, "", 0),
-    TEXT(DB, "displayname", displayname, 64, "", 0),
-});
-static_assert(kDBkeys.size() == 5 && rows_fit(kDBkeys));
+    TEXT(DB, "displayname", displayname, 64, "", 0));
 
 using SG = SRVRGRPserviceInfo;
-constexpr auto kSrvrGrpKeys = std::to_array<Key>({
+QV_TABLE(SRVRGRPcfg_info, SRVRGRPserviceInfo,
     TEXT(SG, "configuration", configuration, 1024, "", 0),
     TEXT(SG, "displayname", displayname, 64, "", 0),
     TEXT(SG, "host", host, 64, "localhost", 0),
@@ -298,24 +297,22 @@ constexpr auto kSrvrGrpKeys = std::to_array<Key>({
     INT(SG, "reportinginterval", reportinginterval, 1, 0),
     TEXT(SG, "serverexe", serverexe, 1024, "", 0),
     TEXT(SG, "type", type, 64, "4gl", 0),
-    TEXT(SG, "ipver", ipver, 64, "ipv4", 0),
-});
-static_assert(kSrvrGrpKeys.size() == 18 && rows_fit(kSrvrGrpKeys));
+    TEXT(SG, "ipver", ipver, 64, "ipv4", 0));
 
 // ---- Replication: a version 2 table is its version 1 table plus new keys,
 // and a version 2 record begins with the version 1 record at offset 0.
 using RS = ReplServerPropsV2;
-constexpr auto kReplServerKeys = std::to_array<Key>({
-    TEXT(ReplServerProps, "control-agents", control_agents, 1024, "", PROP_WHOLE_LINE),
-    TEXT(ReplServerProps, "database", database, 256, "", PROP_WHOLE_LINE),
-    INT(ReplServerProps, "listener-minport", listener_minport, -1, 0),
-    INT(ReplServerProps, "listener-maxport", listener_maxport, -1, 0),
-    TEXT(ReplServerProps, "transition", transition, 12, "manual", 0),
-    INT(ReplServerProps, "transition-timeout", transition_timeout, 1200, 0),
-    TEXT(ReplServerProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
-    TEXT(ReplServerProps, "flags", flags, 32, "", 0),
-});
-constexpr auto kReplServerV2Extra = std::to_array<Key>({
+#define QV_REPL_SERVER_KEYS                                                             \
+    TEXT(ReplServerProps, "control-agents", control_agents, 1024, "", PROP_WHOLE_LINE), \
+    TEXT(ReplServerProps, "database", database, 256, "", PROP_WHOLE_LINE),              \
+    INT(ReplServerProps, "listener-minport", listener_minport, -1, 0),                  \
+    INT(ReplServerProps, "listener-maxport", listener_maxport, -1, 0),                  \
+    TEXT(ReplServerProps, "transition", transition, 12, "manual", 0),                   \
+    INT(ReplServerProps, "transition-timeout", transition_timeout, 1200, 0),            \
+    TEXT(ReplServerProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),                       \
+    TEXT(ReplServerProps, "flags", flags, 32, "", 0)
+QV_TABLE(replServer_info, ReplServerProps, QV_REPL_SERVER_KEYS);
+QV_TABLE(replServerV2_info, ReplServerPropsV2, QV_REPL_SERVER_KEYS,
     INT(RS, "minimum-polling-delay", minimum_polling_delay, 0, 0),
     INT(RS, "maximum-polling-delay", maximum_polling_delay, 0, 0),
     TEXT(RS, "status-monitor", status_monitor, 12, "", 0),
@@ -326,44 +323,36 @@ constexpr auto kReplServerV2Extra = std::to_array<Key>({
     TEXT(RS, "agent-shutdown-action", agent_shutdown_action, 12, "", 0),
     INT(RS, "defer-agent-startup", defer_agent_startup, 0, 0),
     INT(RS, "repl-keep-alive", repl_keep_alive, -1, 0),
-    TEXT(RS, "schema-lock-action", schema_lock_action, 12, "wait", 0),
-});
-constexpr auto kReplServerV2Keys = join(kReplServerKeys, kReplServerV2Extra);
+    TEXT(RS, "schema-lock-action", schema_lock_action, 12, "wait", 0));
 static_assert(offsetof(RS, v1) == 0);
-static_assert(kReplServerKeys.size() == 8 && kReplServerV2Keys.size() == 19);
-static_assert(rows_fit(kReplServerV2Keys));
 
 using RC = ReplControlAgentPropsV2;
-constexpr auto kReplControlAgentKeys = std::to_array<Key>({
-    TEXT(ReplControlAgentProps, "host", host, 50, "", PROP_HOSTNAME),
-    TEXT(ReplControlAgentProps, "database", database, 256, "", PROP_WHOLE_LINE),
-    TEXT(ReplControlAgentProps, "port", port, 128, "", 0),
-    INT(ReplControlAgentProps, "agentPort", agentPort, 0, 0),
-    INT(ReplControlAgentProps, "critical", critical, 1, 0),
-    TEXT(ReplControlAgentProps, "replication-method", replication_method, 20, "async", 0),
-    INT(ReplControlAgentProps, "connect-timeout", connect_timeout, 120, 0),
-    INT(ReplControlAgentProps, "maximum-message", maximum_message, 129, 0),
-    TEXT(ReplControlAgentProps, "flags", flags, 32, "", 0),
-});
-constexpr auto kReplControlAgentV2Extra = std::to_array<Key>({
+#define QV_REPL_CONTROL_AGENT_KEYS                                                         \
+    TEXT(ReplControlAgentProps, "host", host, 50, "", PROP_HOSTNAME),                      \
+    TEXT(ReplControlAgentProps, "database", database, 256, "", PROP_WHOLE_LINE),           \
+    TEXT(ReplControlAgentProps, "port", port, 128, "", 0),                                 \
+    INT(ReplControlAgentProps, "agentPort", agentPort, 0, 0),                              \
+    INT(ReplControlAgentProps, "critical", critical, 1, 0),                                \
+    TEXT(ReplControlAgentProps, "replication-method", replication_method, 20, "async", 0), \
+    INT(ReplControlAgentProps, "connect-timeout", connect_timeout, 120, 0),                \
+    INT(ReplControlAgentProps, "maximum-message", maximum_message, 129, 0),                \
+    TEXT(ReplControlAgentProps, "flags", flags, 32, "", 0)
+QV_TABLE(replControlAgent_info, ReplControlAgentProps, QV_REPL_CONTROL_AGENT_KEYS);
+QV_TABLE(replControlAgentV2_info, ReplControlAgentPropsV2, QV_REPL_CONTROL_AGENT_KEYS,
     TEXT(RC, "arguments", arguments, 256, "", PROP_WHOLE_LINE),
-    TEXT(RC, "ipver", ipver, 16, "ipv4", 0),
-});
-constexpr auto kReplControlAgentV2Keys = join(kReplControlAgentKeys, kReplControlAgentV2Extra);
+    TEXT(RC, "ipver", ipver, 16, "ipv4", 0));
 static_assert(offsetof(RC, v1) == 0);
-static_assert(kReplControlAgentKeys.size() == 9 && kReplControlAgentV2Keys.size() == 11);
-static_assert(rows_fit(kReplControlAgentV2Keys));
 
 using RA = ReplAgentPropsV2;
-constexpr auto kReplAgentKeys = std::to_array<Key>({
-    TEXT(ReplAgentProps, "name", name, 16, "", 0),
-    TEXT(ReplAgentProps, "database", database, 256, "", PROP_WHOLE_LINE),
-    INT(ReplAgentProps, "listener-minport", listener_minport, -1, 0),
-    INT(ReplAgentProps, "listener-maxport", listener_maxport, -1, 0),
-    TEXT(ReplAgentProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),
-    TEXT(ReplAgentProps, "flags", flags, 32, "", 0),
-});
-constexpr auto kReplAgentV2Extra = std::to_array<Key>({
+#define QV_REPL_AGENT_KEYS                                                \
+    TEXT(ReplAgentProps, "name", name, 16, "", 0),                        \
+    TEXT(ReplAgentProps, "database", database, 256, "", PROP_WHOLE_LINE), \
+    INT(ReplAgentProps, "listener-minport", listener_minport, -1, 0),     \
+    INT(ReplAgentProps, "listener-maxport", listener_maxport, -1, 0),     \
+    TEXT(ReplAgentProps, "vtx", vtx, 1024, "", PROP_WHOLE_LINE),          \
+    TEXT(ReplAgentProps, "flags", flags, 32, "", 0)
+QV_TABLE(replAgent_info, ReplAgentProps, QV_REPL_AGENT_KEYS);
+QV_TABLE(replAgentV2_info, ReplAgentPropsV2, QV_REPL_AGENT_KEYS,
     INT(RA, "minimum-polling-delay", minimum_polling_delay, 0, 0),
     INT(RA, "maximum-polling-delay", maximum_polling_delay, 0, 0),
     TEXT(RA, "status-monitor", status_monitor, 12, "", 0),
@@ -372,15 +361,11 @@ constexpr auto kReplAgentV2Extra = std::to_array<Key>({
     TEXT(RA, "tcp-inactivity-action", tcp_inactivity_action, 12, "", 0),
     INT(RA, "connect-timeout", connect_timeout, 0, 0),
     TEXT(RA, "host", host, 50, "", PROP_HOSTNAME),
-    TEXT(RA, "ipver", ipver, 16, "ipv4", 0),
-});
-constexpr auto kReplAgentV2Keys = join(kReplAgentKeys, kReplAgentV2Extra);
+    TEXT(RA, "ipver", ipver, 16, "ipv4", 0));
 static_assert(offsetof(RA, v1) == 0);
-static_assert(kReplAgentKeys.size() == 6 && kReplAgentV2Keys.size() == 15);
-static_assert(rows_fit(kReplAgentV2Keys));
 
 using RT = ReplTransitionProps;
-constexpr auto kReplTransitionKeys = std::to_array<Key>({
+QV_TABLE(replTransition_info, ReplTransitionProps,
     TEXT(RT, "responsibility", responsibility, 14, "", 0),
     TEXT(RT, "source-startup-arguments", source_startup_arguments, 254, "", PROP_WHOLE_LINE),
     TEXT(RT, "target-startup-arguments", target_startup_arguments, 254, "", PROP_WHOLE_LINE),
@@ -406,13 +391,11 @@ constexpr auto kReplTransitionKeys = std::to_array<Key>({
          254, "", PROP_WHOLE_LINE),
     TEXT(RT, "normal-secondary-broker-startup-arguments", normal_secondary_broker_startup_arguments,
          254, "", PROP_WHOLE_LINE),
-    INT(RT, "start-secondary-broker", start_secondary_broker, -1, 0),
-});
-static_assert(kReplTransitionKeys.size() == 22 && rows_fit(kReplTransitionKeys));
+    INT(RT, "start-secondary-broker", start_secondary_broker, -1, 0));
 
 // ---- Process manager and SQL ----------------------------------------------
 using PM = PMMGRProps;
-constexpr auto kPMMGRkeys = std::to_array<Key>({
+QV_TABLE(pmmgr_info, PMMGRProps,
     TEXT(PM, "install-dir", install_dir, 1024, "", PROP_WHOLE_LINE),
     TEXT(PM, "arguments", arguments, 1024, "", PROP_WHOLE_LINE),
     TEXT(PM, "install-date", install_date, 80, "", 0),
@@ -422,71 +405,21 @@ constexpr auto kPMMGRkeys = std::to_array<Key>({
     TEXT(PM, "rocket-dll", rocket_dll, 128, "", PROP_WHOLE_LINE),
     TEXT(PM, "vst-worker", vst_worker, 128, "", PROP_WHOLE_LINE),
     INT(PM, "minport", minport, 0, 0),
-    INT(PM, "maxport", maxport, 0, 0),
-});
-static_assert(kPMMGRkeys.size() == 10 && rows_fit(kPMMGRkeys));
+    INT(PM, "maxport", maxport, 0, 0));
 
-constexpr auto kSQLConfigListKeys = std::to_array<Key>({
+QV_TABLE(SQLConfigList_info, SQLConfigurationList,
     TEXT(SQLConfigurationList, "configuration-names-list", configuration_names_list, 1024, "",
-         PROP_WHOLE_LINE),
-});
-constexpr auto kSQLConfigKeys = std::to_array<Key>({
+         PROP_WHOLE_LINE));
+QV_TABLE(SQLConfig_info, SQLConfigurationProperties,
     TEXT(SQLConfigurationProperties, "database-id-list", database_id_list, 1024, "",
-         PROP_WHOLE_LINE),
-});
-constexpr auto kSQLDatabaseKeys = std::to_array<Key>({
+         PROP_WHOLE_LINE));
+QV_TABLE(SQLDatabase_info, SQLDbProperties,
     TEXT(SQLDbProperties, "name", name, 32, "", 0),
     TEXT(SQLDbProperties, "catalog", catalog, 32, "", 0),
-    TEXT(SQLDbProperties, "location", location, 300, "", PROP_WHOLE_LINE),
-});
-static_assert(rows_fit(kSQLConfigListKeys) && rows_fit(kSQLConfigKeys) &&
-              rows_fit(kSQLDatabaseKeys));
+    TEXT(SQLDbProperties, "location", location, 300, "", PROP_WHOLE_LINE));
+// clang-format on
 
 #undef TEXT
 #undef INT
 #undef QV_FIELD
-
-constexpr auto kUB = build(kUBkeys);
-constexpr auto kNS = build(kNSkeys);
-constexpr auto kMsngr = build(kMsngrKeys);
-constexpr auto kCNFG = build(kCNFGkeys);
-constexpr auto kDB = build(kDBkeys);
-constexpr auto kSrvrGrp = build(kSrvrGrpKeys);
-constexpr auto kReplServer = build(kReplServerKeys);
-constexpr auto kReplServerV2 = build(kReplServerV2Keys);
-constexpr auto kReplControlAgent = build(kReplControlAgentKeys);
-constexpr auto kReplControlAgentV2 = build(kReplControlAgentV2Keys);
-constexpr auto kReplAgent = build(kReplAgentKeys);
-constexpr auto kReplAgentV2 = build(kReplAgentV2Keys);
-constexpr auto kReplTransition = build(kReplTransitionKeys);
-constexpr auto kPMMGR = build(kPMMGRkeys);
-constexpr auto kSQLConfigList = build(kSQLConfigListKeys);
-constexpr auto kSQLConfig = build(kSQLConfigKeys);
-constexpr auto kSQLDatabase = build(kSQLDatabaseKeys);
-
-}  // namespace
-
-#define QV_TABLE(name, built, Record) \
-    const DescriptorTable name { built.entries, built.offsets, sizeof(Record) }
-
-QV_TABLE(UBcfg_info, kUB, UBSERVICEINFO);
-QV_TABLE(NScfg_info, kNS, NSserviceInfo);
-QV_TABLE(MsngrCfg_info, kMsngr, MsngrServiceInfo);
-QV_TABLE(CNFGcfg_info, kCNFG, CNFGserviceInfo);
-QV_TABLE(DBcfg_info, kDB, DBserviceInfo);
-QV_TABLE(SRVRGRPcfg_info, kSrvrGrp, SRVRGRPserviceInfo);
-QV_TABLE(replServer_info, kReplServer, ReplServerProps);
-QV_TABLE(replServerV2_info, kReplServerV2, ReplServerPropsV2);
-QV_TABLE(replControlAgent_info, kReplControlAgent, ReplControlAgentProps);
-QV_TABLE(replControlAgentV2_info, kReplControlAgentV2, ReplControlAgentPropsV2);
-QV_TABLE(replAgent_info, kReplAgent, ReplAgentProps);
-QV_TABLE(replAgentV2_info, kReplAgentV2, ReplAgentPropsV2);
-QV_TABLE(replTransition_info, kReplTransition, ReplTransitionProps);
-QV_TABLE(pmmgr_info, kPMMGR, PMMGRProps);
-QV_TABLE(SQLConfigList_info, kSQLConfigList, SQLConfigurationList);
-QV_TABLE(SQLConfig_info, kSQLConfig, SQLConfigurationProperties);
-QV_TABLE(SQLDatabase_info, kSQLDatabase, SQLDbProperties);
-
 #undef QV_TABLE
-
-}  // namespace qorvel::services

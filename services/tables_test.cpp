@@ -19,10 +19,12 @@ using qorvel::testing::TempFile;
 // Binding must give every key its own stretch of the record, inside it.
 TEST(DescriptorTables, BindEveryKeyToADistinctFieldInsideTheRecord) {
     for (const DescriptorTable* t :
-         {&UBcfg_info, &MsngrCfg_info, &NScfg_info, &CNFGcfg_info, &DBcfg_info, &SRVRGRPcfg_info,
-          &replServer_info, &replServerV2_info, &replControlAgent_info, &replControlAgentV2_info,
-          &replAgent_info, &replAgentV2_info, &replTransition_info, &pmmgr_info,
-          &SQLConfigList_info, &SQLConfig_info, &SQLDatabase_info}) {
+         {&UBcfg_info_layout, &MsngrCfg_info_layout, &NScfg_info_layout, &CNFGcfg_info_layout,
+          &DBcfg_info_layout, &SRVRGRPcfg_info_layout, &replServer_info_layout,
+          &replServerV2_info_layout, &replControlAgent_info_layout, &replControlAgentV2_info_layout,
+          &replAgent_info_layout, &replAgentV2_info_layout, &replTransition_info_layout,
+          &pmmgr_info_layout, &SQLConfigList_info_layout, &SQLConfig_info_layout,
+          &SQLDatabase_info_layout}) {
         const std::string name = t->entries[0].keyword;
         ASSERT_EQ(t->entries.back().keyword, nullptr) << name << ": no terminator";
         std::vector<unsigned char> record(t->recordSize);
@@ -54,8 +56,8 @@ std::unique_ptr<Record> filled() {
 // The connection-manager records show theirs beside their two default kinds.
 // Reads work on copies: the shared tables keep no pointer into a record.
 TEST(ServiceReaders, EmptySectionsGiveEveryRecordKindItsTableDefaults) {
-    std::vector<unsigned char> before(UBcfg_info.entries.size_bytes());
-    std::memcpy(before.data(), UBcfg_info.entries.data(), before.size());
+    std::vector<unsigned char> before(UBcfg_info_layout.entries.size_bytes());
+    std::memcpy(before.data(), UBcfg_info_layout.entries.data(), before.size());
     TempFile file(
         "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\n[Corvane]\n[Corvane.Messengers]\n"
         "[Corvane.Messengers.m]\n[NameServer]\n[NameServer.n]\n[server]\n[control-agent.a]\n"
@@ -109,15 +111,17 @@ TEST(ServiceReaders, EmptySectionsGiveEveryRecordKindItsTableDefaults) {
          "0||0||0|"},
     };
     for (const auto& c : cases) EXPECT_EQ(c.got, c.expected) << c.kind;
-    EXPECT_EQ(std::memcmp(before.data(), UBcfg_info.entries.data(), before.size()), 0);
-    for (const CfgInfo& entry : replServerV2_info.entries) EXPECT_EQ(entry.value, nullptr);
+    EXPECT_EQ(std::memcmp(before.data(), UBcfg_info_layout.entries.data(), before.size()), 0);
+    for (const CfgInfo& entry : replServerV2_info_layout.entries) EXPECT_EQ(entry.value, nullptr);
 }
 
 TEST(InfoLists, TwoListsOfOneTableBindTwoRecordsIndependently) {
     InfoList first = nullptr;
     InfoList second = nullptr;
-    ASSERT_EQ(alloc_InfoList(&first, pmmgr_info.entries.data(), pmmgr_info.bytes()), 0);
-    ASSERT_EQ(alloc_InfoList(&second, pmmgr_info.entries.data(), pmmgr_info.bytes()), 0);
+    ASSERT_EQ(alloc_InfoList(&first, pmmgr_info_layout.entries.data(), pmmgr_info_layout.bytes()),
+              0);
+    ASSERT_EQ(alloc_InfoList(&second, pmmgr_info_layout.entries.data(), pmmgr_info_layout.bytes()),
+              0);
     PMMGRProps a{};
     PMMGRProps b{};
     set_PMMGRProps(first, &a);

@@ -193,9 +193,20 @@ typedef struct UpdateFuncEntry {
     const char* name;
 } UpdateFuncEntry;
 
-/* Binders, one per record: point every entry of `list`, a copy of the
- * record's own table, at its field of *record. Nothing else changes, so lists
- * of one table may be bound to different records at once. */
+/* Descriptor tables and binders, one of each per record.
+ *
+ * A table is constant data, one row per key in the order its reader reads
+ * them, then an all-zero row (NULL keyword); its declared size counts both,
+ * so sizeof gives alloc_InfoList's `size` and sizeof / sizeof(CfgInfo) - 1
+ * the keys. Every `value` in a table is NULL: bind a copy, never the table.
+ *
+ * A binder walks `list` up to its NULL keyword and sets each entry's `value`
+ * to the field of *record that the entry's key names (compared without regard
+ * to case), or to NULL when the record has no such key; readers given such a
+ * list skip that entry. It writes only those `value` pointers, so a list may
+ * hold any subset of the keys in any order, and lists of one table may be
+ * bound to different records at once. NULL list or record: nothing happens. */
+QORVEL_API extern const CfgInfo UBcfg_info[56];
 QORVEL_API void set_UBserviceInfo(InfoList list, UBSERVICEINFO* record);
 
 /* Reads section "UBroker", "UBroker.<serviceType>" and (unless serviceName is
@@ -307,6 +318,8 @@ QORVEL_PIN(sizeof(PathInfo) == 1534, "PathInfo layout");
 /* Size that getServiceList's destination must have. */
 #define SERVICE_LIST_SIZE 8192
 
+QORVEL_API extern const CfgInfo MsngrCfg_info[29];
+QORVEL_API extern const CfgInfo NScfg_info[15];
 QORVEL_API void set_MsngrServiceInfo(InfoList list, MsngrServiceInfo* record);
 QORVEL_API void set_NSserviceInfo(InfoList list, NSserviceInfo* record);
 
@@ -471,6 +484,9 @@ typedef struct SRVRGRPserviceInfo {
 } SRVRGRPserviceInfo;
 QORVEL_PIN(sizeof(SRVRGRPserviceInfo) == 2512, "SRVRGRPserviceInfo layout");
 
+QORVEL_API extern const CfgInfo CNFGcfg_info[74];
+QORVEL_API extern const CfgInfo DBcfg_info[6];
+QORVEL_API extern const CfgInfo SRVRGRPcfg_info[19];
 QORVEL_API void set_CNFGserviceInfo(InfoList list, CNFGserviceInfo* record);
 QORVEL_API void set_DBserviceInfo(InfoList list, DBserviceInfo* record);
 QORVEL_API void set_SRVRGRPserviceInfo(InfoList list, SRVRGRPserviceInfo* record);
@@ -646,6 +662,18 @@ typedef struct SQLDbProperties {
 } SQLDbProperties;
 QORVEL_PIN(sizeof(SQLDbProperties) == 364, "SQLDbProperties layout");
 
+/* A version 2 table begins with the rows of its version 1 table. */
+QORVEL_API extern const CfgInfo replServer_info[9];
+QORVEL_API extern const CfgInfo replServerV2_info[20];
+QORVEL_API extern const CfgInfo replControlAgent_info[10];
+QORVEL_API extern const CfgInfo replControlAgentV2_info[12];
+QORVEL_API extern const CfgInfo replAgent_info[7];
+QORVEL_API extern const CfgInfo replAgentV2_info[16];
+QORVEL_API extern const CfgInfo replTransition_info[23];
+QORVEL_API extern const CfgInfo pmmgr_info[11];
+QORVEL_API extern const CfgInfo SQLConfigList_info[2];
+QORVEL_API extern const CfgInfo SQLConfig_info[2];
+QORVEL_API extern const CfgInfo SQLDatabase_info[4];
 QORVEL_API void set_ReplServerProps(InfoList list, ReplServerProps* record);
 QORVEL_API void set_ReplServerPropsV2(InfoList list, ReplServerPropsV2* record);
 QORVEL_API void set_ReplControlAgentProps(InfoList list, ReplControlAgentProps* record);
