@@ -63,11 +63,15 @@ long ubEncrypt(const char* plain, const char* key, char* out) {
 
 // Text with a character that is no hex digit is refused (0, empty `out`):
 // read leniently, a corrupt identifier would decipher into plausible garbage.
+// Byte n is written after digits 2n and 2n + 1 are read, so `out` may be
+// `cipher` itself.
 long ubDecrypt(const char* cipher, const char* key, char* out) {
     if (!out) return 0;
     std::string_view text = cipher ? cipher : "";
-    out[0] = '\0';
-    if (!all_hex_digits(text)) return 0;
+    if (!all_hex_digits(text)) {
+        out[0] = '\0';
+        return 0;
+    }
     RepeatingKey k(key);
     long n = 0;
     for (std::size_t i = 0; i < text.size(); i += 2) {

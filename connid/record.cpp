@@ -82,8 +82,12 @@ int makeConnIDInfo(const char* text, CONNIDINFO* info) {
 long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info) {
     constexpr std::size_t kMaxDigits = 2 * (CONNID_TEXT_SIZE - 1);
     long n = 0;
-    info->connId[0] = '\0';
-    if (cipher && std::strlen(cipher) <= kMaxDigits) n = decryptConnId(cipher, info->connId);
+    // connId itself may hold the cipher text: it is deciphered in place.
+    if (cipher && std::strlen(cipher) <= kMaxDigits) {
+        n = decryptConnId(cipher, info->connId);
+    } else {
+        info->connId[0] = '\0';
+    }
     parseConnID(info->connId, info);
     return n;
 }

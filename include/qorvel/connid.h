@@ -12,7 +12,8 @@
 QORVEL_BEGIN_DECLS
 
 /* Enciphers `plain` with the repeating `key` into upper-case hex digits, two
- * per byte. `out` must hold 2 * strlen(plain) + 1 bytes. Returns the number
+ * per byte. `out` must hold 2 * strlen(plain) + 1 bytes and not overlap
+ * `plain`. Returns the number
  * of digits written; 0 (and nothing written) when `out` is NULL. A NULL or
  * empty key or plain text counts as empty. */
 QORVEL_API long ubEncrypt(const char* plain, const char* key, char* out);
@@ -21,7 +22,8 @@ QORVEL_API long ubEncrypt(const char* plain, const char* key, char* out);
  * alone. `out` must hold (strlen(cipher) + 1) / 2 + 1 bytes. Returns the
  * number of bytes written. Text holding anything but hex digits is refused:
  * 0 is returned and `out` is left empty. 0 and nothing written when `out` is
- * NULL. */
+ * NULL. `out` may be `cipher` (deciphering in place); other overlaps are not
+ * allowed. */
 QORVEL_API long ubDecrypt(const char* cipher, const char* key, char* out);
 
 /* ubEncrypt / ubDecrypt with the library's built-in connection-ID key. */
@@ -60,7 +62,8 @@ typedef struct CONNIDINFO {
 
 /* Copies `text` into connId (cut to 511 characters) and splits it. Missing
  * fields come out empty (idNumber 0); each field is cut to its width and the
- * number to its first 15 characters. encryptedId is not touched. */
+ * number to its first 15 characters. encryptedId is not touched. `text` may
+ * be a field of *info. */
 QORVEL_API void parseConnID(const char* text, CONNIDINFO* info);
 
 /* parseConnID; always returns 0. */
@@ -69,7 +72,8 @@ QORVEL_API int makeConnIDInfo(const char* text, CONNIDINFO* info);
 /* Deciphers `cipher` into connId and splits it; returns the characters
  * deciphered. Cipher text that is not hex, or whose plain form would exceed
  * 511 characters, is refused: 0 is returned and connId and the fields are
- * left empty. encryptedId is not touched. */
+ * left empty. encryptedId is not touched. `cipher` may be a field of *info,
+ * connId included. */
 QORVEL_API long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info);
 
 /* Enciphers connId into encryptedId and sets encryptedIdLength. An identifier
