@@ -18,6 +18,7 @@ void write_stamp(FILE* log) {
 }
 
 FILE* open_log(int append, const char* path) {
+    if (!path) return nullptr;
     FILE* log = std::fopen(path, append ? "a" : "w");
     if (!log) return nullptr;
     std::fputs("\n\n", log);
@@ -46,6 +47,7 @@ void LogMsg(FILE* log, int stamp, int flush, const char* format, ...) {
 }
 
 FILE* OpenLogfile(int append, const char* prefix, char* name) {
+    if (!prefix || !name) return nullptr;
     std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);

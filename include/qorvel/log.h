@@ -29,10 +29,12 @@ QORVEL_API void LogMsgV(FILE* log, int stamp, int flush, const char* format, va_
 
 /* Opens "<prefix><MM><DD>.log" (local date) for append (`append` non-zero) or
  * truncation. The name is written into `name`, which must hold the prefix plus
- * 9 bytes. Returns NULL when the file cannot be opened. */
+ * 9 bytes. Returns NULL when the file cannot be opened, or when `prefix` or
+ * `name` is NULL (nothing is written then). */
 QORVEL_API FILE* OpenLogfile(int append, const char* prefix, char* name);
 
-/* Opens `path` as it is, for append or truncation; NULL on failure. */
+/* Opens `path` as it is, for append or truncation; NULL on failure or for a
+ * NULL path. */
 QORVEL_API FILE* ExtendLogfile(int append, const char* path);
 
 /* Writes the stamped "Log Closed" line and closes the stream. */
