@@ -1,0 +1,154 @@
+/* A C caller at the library's boundary: the documented buffer sizes, lists
+ * the caller builds itself, the exported tables and in-place calls. Built
+ * with the sanitizers, any write past a caller's buffer ends the run. */
+#include <qorvel/config.h>
+#include <qorvel/connid.h>
+#include <qorvel/log.h>
+#include <qorvel/services.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+
+static int failures;
+
+#define CHECK(cond)                                                    \
+    do {                                                               \
+        if (!(cond)) {                                                 \
+            fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #cond); \
+            ++failures;                                                \
+        }                                                              \
+    } while (0)
+
+/* [Common] holds a class path of 3,019 characters, joined from three keys by
+ * references (its leading unset variable fails environment expansion, which
+ * would cut it at 2,047), and a 5-character jvmargs; [database.d] a database. */
+static void write_properties(const char* path) {
+    FILE* f = fopen(path, "w");
+    fputs(
+        "[Common]\njvmargs=-Dx=1\nclasspath=${QORVEL_UNSET_VAR}!{value-of:Common.a}!{value-of:"
+        "Common.b}"
+        "!{value-of:Common.c}\nport=3090\n",
+        f);
+    for (int k = 0; k < 3; ++k) {
+        fprintf(f, "%c=", 'a' + k);
+        for (int i = 0; i < 1000; ++i) fputc('x', f);
+        fputc('\n', f);
+    }
+    fputs("[database]\n[database.d]\ndatabasename=/db/d\ndisplayname=D\n", f);
+    fclose(f);
+}
+
+static void read_section_keys(const char* file) {
+    char classpath[4096] = "", jvmargs[2048] = "", policyfile[2048] = "";
+    CHECK(getProperties(3, 1, file, "Common", "classpath", classpath, "jvmargs", jvmargs,
+                        "policyfile", policyfile) == 0);
+    CHECK(strlen(classpath) == 3019 && strcmp(jvmargs, "-Dx=1") == 0 && policyfile[0] == '\0');
+
+    char small[16] = "default";
+    CHECK(getPropertiesSized(1, 1, file, "Common", "classpath", small, sizeof small) == 0);
+    CHECK(strcmp(small, "${QORVEL_UNSET_") == 0);
+
+    CFGHANDLE h;
+    long port = 0, absent = 0;
+    CHECK(opencfg("Common", NULL, file, &h) == 0);
+    CHECK(getPropValue(&h, "PORT", &port, sizeof port, PROP_INTEGER, NULL, 7, 1) == 0);
+    CHECK(getPropValue(&h, "absent", &absent, sizeof absent, PROP_INTEGER, NULL, 7, 1) == 0);
+    CHECK(port == 3090 && absent == 7);
+    char value[CFG_VALUE_SIZE] = "?${QORVEL_UNSET_VAR}?b?";
+    CHECK(filterValue(&h, "k", value, value) == 1 && strcmp(value, "b") == 0);
+    closecfg(&h);
+}
+
+/* The declared size of every table holds its keys and a terminator. */
+static void check_tables(void) {
+    static const struct {
+        const CfgInfo* table;
+        size_t size, keys;
+    } tables[] = {
+        {UBcfg_info, sizeof UBcfg_info, 55},
+        {MsngrCfg_info, sizeof MsngrCfg_info, 28},
+        {NScfg_info, sizeof NScfg_info, 14},
+        {CNFGcfg_info, sizeof CNFGcfg_info, 73},
+        {DBcfg_info, sizeof DBcfg_info, 5},
+        {SRVRGRPcfg_info, sizeof SRVRGRPcfg_info, 18},
+        {replServer_info, sizeof replServer_info, 8},
+        {replServerV2_info, sizeof replServerV2_info, 19},
+        {replControlAgent_info, sizeof replControlAgent_info, 9},
+        {replControlAgentV2_info, sizeof replControlAgentV2_info, 11},
+        {replAgent_info, sizeof replAgent_info, 6},
+        {replAgentV2_info, sizeof replAgentV2_info, 15},
+        {replTransition_info, sizeof replTransition_info, 22},
+        {pmmgr_info, sizeof pmmgr_info, 10},
+        {SQLConfigList_info, sizeof SQLConfigList_info, 1},
+        {SQLConfig_info, sizeof SQLConfig_info, 1},
+        {SQLDatabase_info, sizeof SQLDatabase_info, 3},
+    };
+    for (size_t t = 0; t < sizeof tables / sizeof tables[0]; ++t) {
+        size_t keys = tables[t].size / sizeof(CfgInfo) - 1;
+        CHECK(keys == tables[t].keys && tables[t].table[keys].keyword == NULL);
+        for (size_t i = 0; i < keys; ++i) CHECK(tables[t].table[i].keyword != NULL);
+    }
+}
+
+/* Lists the caller builds: a binder fills only their entries, by key. */
+static void bind_own_lists(const char* file) {
+    struct {
+        char before[64];
+        UBSERVICEINFO record;
+        char after[64];
+    } guarded;
+    memset(&guarded, 'g', sizeof guarded);
+    CfgInfo one[2] = {UBcfg_info[0], {0}};
+    one[0].keyword = "portNumber";
+    InfoList list = NULL;
+    CHECK(alloc_InfoList(&list, one, (int)sizeof one) == 0);
+    set_UBserviceInfo(list, &guarded.record);
+    CHECK(list[0].value == &guarded.record.portNumber && list[1].value == NULL);
+    CHECK(guarded.before[63] == 'g' && guarded.after[0] == 'g');
+    free_InfoList(list);
+
+    CfgInfo three[4] = {DBcfg_info[4], DBcfg_info[2], DBcfg_info[2], {0}};
+    three[2].keyword = "noSuchKey";
+    DBserviceInfo db;
+    memset(&db, 0, sizeof db);
+    CHECK(alloc_InfoList(&list, three, (int)sizeof three) == 0);
+    set_DBserviceInfo(list, &db);
+    CHECK(list[0].value == db.displayname && list[1].value == db.databasename);
+    CHECK(list[2].value == NULL);
+    CFGHANDLE h;
+    ErrDetail detail;
+    CHECK(OpenConManager(file, "d", &detail, 0, &h, "boundary") == 0);
+    CHECK(ReadConManager("d", &detail, list, &h, "database", 1) == 0);
+    closecfg(&h);
+    CHECK(strcmp(db.displayname, "D") == 0 && strcmp(db.databasename, "/db/d") == 0);
+}
+
+static void call_in_place(void) {
+    char text[64];
+    CHECK(encryptConnId("host::broker::7::rest", text) == 42);
+    CHECK(decryptConnId(text, text) == 21 && strcmp(text, "host::broker::7::rest") == 0);
+    static CONNIDINFO info;
+    encryptConnId("a::b::3::c", info.connId);
+    CHECK(decryptAndFillConnIDInfo(info.connId, &info) == 10);
+    CHECK(strcmp(info.connId, "a::b::3::c") == 0 && info.idNumber == 3);
+
+    char name[32] = "";
+    CHECK(OpenLogfile(1, NULL, name) == NULL && ExtendLogfile(1, NULL) == NULL);
+}
+
+int main(void) {
+    char dir[] = "/tmp/qorvel_c_api_XXXXXX";
+    if (!mkdtemp(dir)) return 2;
+    char file[64];
+    snprintf(file, sizeof file, "%s/boundary.properties", dir);
+    write_properties(file);
+    read_section_keys(file);
+    check_tables();
+    bind_own_lists(file);
+    call_in_place();
+    unlink(file);
+    rmdir(dir);
+    if (failures == 0) puts("ok");
+    return failures == 0 ? 0 : 1;
+}
