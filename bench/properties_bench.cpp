@@ -1,6 +1,6 @@
 // Scan rate of the properties reader over large generated files: a section
-// search that has to read the whole file, and an inherited three-key read whose
-// three levels sit at the end of the file.
+// search that has to read the whole file, an inherited three-key read whose
+// three levels sit at the end of the file, and a reference loop there.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -62,7 +62,28 @@ void BM_InheritedThreeKeyRead(benchmark::State& state) {
     state.SetBytesProcessed(state.iterations() * 3 * static_cast<std::int64_t>(text.size()));
 }
 
+// A value naming itself through another case of its section's name is not
+// seen as a self-reference: the substitution must give up (10010) after one
+// scan of the file for that reference, not one per pass.
+void BM_SelfReferenceThroughOtherCase(benchmark::State& state) {
+    const std::string text = make_text(static_cast<std::size_t>(state.range(0))) +
+                             "[App.S04999]\nloop=!{value-of:app.s04999.loop}\n";
+    const qorvel::testing::TempFile file(text);
+    CFGHANDLE h;
+    opencfg("App.S04999", nullptr, file.path(), &h);
+    char value[CFG_VALUE_SIZE];
+    for (auto _ : state) {
+        if (getPropValue(&h, "loop", value, sizeof value, PROP_STRING, nullptr,
+                         PROP_NO_DEFAULT_NUMBER, 1) != CFG_BAD_VALUE) {
+            state.SkipWithError("the loop was not reported");
+        }
+    }
+    closecfg(&h);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+}
+
 }  // namespace
 
 BENCHMARK(BM_FindLastSection)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_InheritedThreeKeyRead)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SelfReferenceThroughOtherCase)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
