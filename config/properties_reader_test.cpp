@@ -1,5 +1,3 @@
-#include "config/properties_reader.h"
-
 #include <gtest/gtest.h>
 
 #include <cerrno>
@@ -73,14 +71,6 @@ TEST(GetProperties, ReportsFailuresLeavingTheBuffers) {
         EXPECT_EQ(getProperties(1, 1, c.file, c.section, "classpath", cp), c.expected) << c.why;
         EXPECT_STREQ(cp, "kept") << c.why;
     }
-}
-
-TEST(ReadProperties, CutsValuesAtTheCarriedCapacity) {
-    TempFile file("[S]\nk=0123456789\n");
-    char small[5] = "";
-    const qorvel::PropertyRequest requests[] = {{"k", small, sizeof small}};
-    EXPECT_EQ(qorvel::read_properties(1, file.path(), "S", requests), 0);
-    EXPECT_STREQ(small, "0123");
 }
 
 }  // namespace

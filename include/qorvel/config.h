@@ -96,7 +96,8 @@ QORVEL_API long getProperties(long count, int substitute, const char* fileName,
 /* getProperties with trailing (const char* key, char* buffer, size_t capacity)
  * triples: each value is cut to capacity - 1 characters and a NUL, and no
  * byte at or past buffer + capacity is read or written. A NULL key or buffer,
- * or a zero capacity, ends the list. */
+ * or a zero capacity, ends the list. Pass each capacity as a size_t (sizeof
+ * gives one; cast a literal). */
 QORVEL_API long getPropertiesSized(long count, int substitute, const char* fileName,
                                    const char* sectionName, ...);
 
