@@ -57,6 +57,7 @@ static void read_section_keys(const char* file) {
     CHECK(port == 3090 && absent == 7);
     char value[CFG_VALUE_SIZE] = "?${QORVEL_UNSET_VAR}?b?";
     CHECK(filterValue(&h, "k", value, value) == 1 && strcmp(value, "b") == 0);
+    CHECK(filterValue(&h, "k", value, NULL) == 1 && value[0] == '\0');
     closecfg(&h);
 }
 
