@@ -1,7 +1,12 @@
 #include "launcher/env_lines.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "launcher/console.h"
 #include "qorvel/config.h"
@@ -11,10 +16,14 @@ namespace qorvel {
 namespace {
 
 constexpr std::size_t kLineSize = 1024;
+constexpr const char* kValueHidden = "<value not shown>";
 
-// putenv keeps pointers into these, so they live as long as the process.
+// The line being read.
 char env_tmp[kLineSize];
-char env_variables[kMaxEnvLines][kLineSize];
+// The texts handed to putenv: the environment points into them for the life
+// of the process, so they are never released. A refused line never gets one,
+// and no -e line reuses another's.
+std::vector<const char*> env_variables;
 
 int line_count(const char* text) {
     long count = std::strtol(text, nullptr, 10);
@@ -41,11 +50,28 @@ bool read_line(std::FILE* input, bool& whole) {
     return true;
 }
 
-bool set_variable(char* slot) {
+// The variable's name with its value hidden, for the console and the log:
+// -e carries secrets such as passwords into the JVM's environment.
+std::string shown(std::string_view line) {
+    std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) return std::string(line);
+    return std::string(line.substr(0, equals + 1)) + kValueHidden;
+}
+
+bool set_variable() {
     char expanded[QORVEL_EXPAND_MAX];
     if (!expand_envvars(expanded, env_tmp)) return false;
-    if (!bounded_copy(slot, kLineSize, expanded)) return false;
-    return putenv(slot) == 0;
+    std::size_t length = std::strlen(expanded);
+    if (length >= kLineSize) return false;
+    char* text = new (std::nothrow) char[length + 1];
+    if (!text) return false;
+    std::memcpy(text, expanded, length + 1);
+    if (putenv(text) != 0) {
+        delete[] text;
+        return false;
+    }
+    env_variables.push_back(text);
+    return true;
 }
 
 }  // namespace
@@ -56,15 +82,22 @@ void read_env_lines(const char* count_text, std::FILE* input) {
     // instead of vanishing into a stdio buffer.
     std::setvbuf(input, nullptr, _IONBF, 0);
     trace("Enabled -e option, setting %d environment variables.\n", count);
+    env_variables.reserve(env_variables.size() + static_cast<std::size_t>(count));
     bool whole = true;
     for (int i = 0; i < count; ++i) {
         if (!read_line(input, whole)) continue;
-        if (whole && set_variable(env_variables[i])) {
-            trace("set (%s)\n", env_variables[i]);
+        if (whole && set_variable()) {
+            trace("set (%s)\n", shown(env_tmp).c_str());
         } else {
-            report("Unabled to set environment: (%s)\n", env_tmp);
+            report("Unabled to set environment: (%s)\n", shown(env_tmp).c_str());
         }
     }
+}
+
+std::string shown_entry(const char* entry) {
+    bool from_input =
+        std::find(env_variables.begin(), env_variables.end(), entry) != env_variables.end();
+    return from_input ? shown(entry) : std::string(entry);
 }
 
 }  // namespace qorvel

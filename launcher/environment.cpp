@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "launcher/console.h"
+#include "launcher/env_lines.h"
 #include "launcher/settings.h"
 #include "util/bounded_text.h"
 
@@ -64,7 +65,9 @@ int prefix_path() {
 void dump_Env() {
     if (!settings.fDebug) return;
     trace("FCN: dump_Env() - Environment Variables defined for this process\n");
-    for (char** entry = environ; *entry != nullptr; ++entry) trace("env: (%s).\n", *entry);
+    for (char** entry = environ; *entry != nullptr; ++entry) {
+        trace("env: (%s).\n", shown_entry(*entry).c_str());
+    }
     trace("dump_Env() - complete.\n");
 }
 
