@@ -43,7 +43,7 @@ long resolve_path(const char* envVarName, const char* fileName, CFGHANDLE* handl
 // A directory opens for reading like a file but holds no lines: taken as an
 // empty properties file, it would hide a wrong path behind missing settings.
 long open_stream(CFGHANDLE* handle) {
-    handle->fp = std::fopen(handle->fileName, "r");
+    handle->fp = std::fopen(handle->fileName, "re");  // close-on-exec
     if (!handle->fp) return errno;
     struct stat info;
     if (fstat(fileno(handle->fp), &info) == 0 && S_ISDIR(info.st_mode)) {

@@ -60,7 +60,8 @@ std::size_t deepest_level_length(std::string_view name) {
 }  // namespace
 
 long read_properties(int substitute, const char* fileName, const char* sectionName,
-                     std::span<const PropertyRequest> requests) {
+                     std::span<const PropertyRequest> requests, int* levelsFound) {
+    if (levelsFound) *levelsFound = 0;
     if (!fileName || !sectionName) return CFG_NOT_FOUND;
     std::string_view name = sectionName;
     // A level too long to search for would be skipped as if absent.
@@ -79,6 +80,7 @@ long read_properties(int substitute, const char* fileName, const char* sectionNa
     do {
         bounded_append(level, component);
         if (find_Section(level, &handle)) {
+            if (levelsFound) ++*levelsFound;
             if (long rc = read_level(handle, substitute, requests); rc != 0) result = rc;
         }
         bounded_append(level, ".");

@@ -14,8 +14,9 @@ struct PropertyRequest {
 
 // Reads every request from `sectionName` and each of its dotted ancestors,
 // the deeper section overriding. A null key or buffer ends the list. Returns
-// what getProperties returns.
+// what getProperties returns; `levelsFound`, when given, receives how many of
+// the levels exist in the file.
 long read_properties(int substitute, const char* fileName, const char* sectionName,
-                     std::span<const PropertyRequest> requests);
+                     std::span<const PropertyRequest> requests, int* levelsFound = nullptr);
 
 }  // namespace qorvel

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "launcher/settings.h"
+#include "qorvel/config.h"
 #include "qorvel/log.h"
 #include "qorvel/services.h"
 #include "util/bounded_text.h"
@@ -45,13 +46,21 @@ void show(int code, const char* message) {
     }
 }
 
+// Formats into a kTextSize buffer. A message cut there keeps the line end
+// its format ends with, so the next message still starts on a line of its own.
+void format_message(char* message, const char* format, std::va_list args) {
+    if (bounded_vformat(message, kTextSize, format, args)) return;
+    std::size_t length = std::strlen(format);
+    if (length > 0 && format[length - 1] == '\n') message[kTextSize - 2] = '\n';
+}
+
 }  // namespace
 
 void outMessage(int code, const char* format, ...) {
     char message[kTextSize];
     std::va_list args;
     va_start(args, format);
-    bounded_vformat(message, sizeof message, format, args);
+    format_message(message, format, args);
     va_end(args);
     show(code, message);
 }
@@ -61,9 +70,16 @@ void report(const char* format, ...) {
     char message[kTextSize];
     std::va_list args;
     va_start(args, format);
-    bounded_vformat(message, sizeof message, format, args);
+    format_message(message, format, args);
     va_end(args);
     show(0, message);
+}
+
+void warn_if_at_bound(const char* expanded, const char* what) {
+    constexpr std::size_t kBound = QORVEL_EXPAND_MAX - 1;
+    if (std::strlen(expanded) < kBound) return;
+    report("Warning: %s reached %zu characters, the most an expansion keeps, and may be cut\n",
+           what, kBound);
 }
 
 void trace(const char* format, ...) {

@@ -2,6 +2,7 @@
 
 #include <grp.h>
 #include <pwd.h>
+#include <signal.h>
 #include <string.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -13,6 +14,7 @@
 
 #include "launcher/console.h"
 #include "launcher/password.h"
+#include "launcher/pidfile.h"
 #include "launcher/settings.h"
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
@@ -38,16 +40,52 @@ int fail(int code, const char* format) {
     return code;
 }
 
-void wait_and_exit(int suspend) {
-    int status = 0;
+// What a supervisor may send the waiting parent; each is passed on to the child.
+constexpr int kForwarded[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2};
+volatile sig_atomic_t waited_child = 0;
+
+void forward_signal(int signal_number) {
+    if (waited_child > 0) kill(static_cast<pid_t>(waited_child), signal_number);
+}
+
+// Blocks the forwarded signals, so none arrives between the fork and the
+// parent's handlers; returns the mask to restore.
+sigset_t block_forwarded() {
+    sigset_t block, previous;
+    sigemptyset(&block);
+    for (int signal_number : kForwarded) sigaddset(&block, signal_number);
+    sigprocmask(SIG_BLOCK, &block, &previous);
+    return previous;
+}
+
+void forward_to(pid_t child, const sigset_t& previous) {
+    waited_child = child;
+    struct sigaction action {};
+    action.sa_handler = forward_signal;
+    sigemptyset(&action.sa_mask);
+    for (int signal_number : kForwarded) sigaction(signal_number, &action, nullptr);
+    sigprocmask(SIG_SETMASK, &previous, nullptr);
+}
+
+// A child killed by signal N ends the parent with 128 + N, as a shell
+// reports it: an out-of-memory kill must not read as success.
+int exit_code(int status) {
+    return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+[[noreturn]] void wait_and_exit(pid_t child, int suspend) {
+    int code = 0;
     if (suspend) {
         trace("Waiting for process to exit...\n");
-        while (wait(&status) == -1 && errno == EINTR) {
+        int status = 0;
+        while (waitpid(child, &status, 0) == -1 && errno == EINTR) {
         }
-        trace("Process has exited, rc = %d, exit status = %d\n", status, (status >> 8) & 0xff);
+        code = exit_code(status);
+        trace("Process has exited, rc = %d, exit status = %d\n", status, code);
+        remove_pidfile();
         if (settings.fDebug) CloseLogfile(settings.LoggerLog);
     }
-    std::exit((status >> 8) & 0xff);
+    std::exit(code);
 }
 
 // Supplementary groups of the target user, so none of the superuser's survive.
@@ -67,13 +105,27 @@ int switch_user(uid_t uid) {
     return 0;
 }
 
+// The primary group of the account `uid`; false when it has no entry.
+bool primary_group(uid_t uid, gid_t& gid) {
+    errno = 0;
+    const passwd* entry = getpwuid(uid);
+    if (entry == nullptr) return false;
+    gid = entry->pw_gid;
+    return true;
+}
+
 // Supplementary groups, then group, then user: each step needs the privilege
 // that the next one gives up. Only the superuser changes users; anyone else
 // keeps their own identity and only tries the group.
 int switch_identity(const char* user, const char* group, uid_t uid, gid_t gid) {
     bool change_user = uid != 0 && getuid() == 0;
     if (change_user) {
-        if (int rc = set_supplementary_groups(user, gid != 0 ? gid : getgid())) return rc;
+        // Without a named group the user's own primary group is taken, as su
+        // does: none of the superuser's groups may survive the switch.
+        if (gid == 0 && !primary_group(uid, gid)) {
+            return fail(errno != 0 ? errno : ENOENT, "can't setgid, errno =%d\n");
+        }
+        if (int rc = set_supplementary_groups(user, gid)) return rc;
     }
     if (gid != 0) {
         trace("Exec in group (setgid) (%s)\n", group);
@@ -143,9 +195,20 @@ int child_start(const char* user, const char* group, char* password, int suspend
     }
     trace("FCN: child_start() - Start process as a background daemon\n");
     std::fflush(nullptr);  // nothing buffered may be written twice
+    sigset_t previous = block_forwarded();
     pid_t pid = fork();
-    if (pid == -1) return fail(errno, "can't fork first child, errno = %d\n");
-    if (pid != 0) wait_and_exit(suspend);
+    if (pid == -1) {
+        int code = errno;
+        sigprocmask(SIG_SETMASK, &previous, nullptr);
+        return fail(code, "can't fork first child, errno = %d\n");
+    }
+    if (pid != 0) {
+        if (suspend) forward_to(pid, previous);
+        wait_and_exit(pid, suspend);
+    }
+    sigprocmask(SIG_SETMASK, &previous, nullptr);
+    // Before the identity switch, which may take away the right to publish it.
+    if (int rc = commit_pidfile()) return rc;
     return become_daemon(user, group, uid, gid);
 }
 

@@ -1,5 +1,7 @@
 #include "launcher/debug_args.h"
 
+#include <string.h>
+
 #include <cstring>
 #include <string_view>
 #include <vector>
@@ -7,6 +9,7 @@
 #include "launcher/console.h"
 #include "launcher/getopt.h"
 #include "launcher/settings.h"
+#include "launcher/user_spec.h"
 
 namespace qorvel {
 namespace {
@@ -51,6 +54,19 @@ const char* getLogFileName(int argc, char** argv) {
         if (c == 'l') return opt::optarg;
     }
     return kDefaultLogName;
+}
+
+void hide_passwords(int argc, char** argv) {
+    std::vector<std::size_t> value_starts = find_identity_values(argc, argv);
+    for (int i = 0; i < argc; ++i) {
+        if (value_starts[i] == std::string_view::npos) continue;
+        // The scan reads the copy; what the system shows of our arguments is
+        // the original, masked.
+        char* copy = strdup(argv[i]);
+        if (!copy) continue;
+        mask_password(argv[i] + value_starts[i]);
+        argv[i] = copy;
+    }
 }
 
 void dump_argv(char** argv) {

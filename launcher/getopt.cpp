@@ -22,6 +22,12 @@ bool is_option_group(const char* arg) {
     return arg[0] == '-' && (end_optind <= 0 || optind <= end_optind);
 }
 
+// "--name" or "--name=value" where an option group could start; "--" alone
+// still ends the options.
+bool is_long_option(const char* arg) {
+    return offset_in_group == 1 && is_option_group(arg) && arg[1] == '-' && arg[2] != '\0';
+}
+
 void next_argument() {
     ++optind;
     offset_in_group = 1;
@@ -81,6 +87,12 @@ int getopt(int argc, char* const argv[], const char* optstring) {
     optarg = nullptr;
     int result = kEnd;
     while (optind < argc) {
+        if (is_long_option(argv[optind])) {
+            optarg = argv[optind] + 2;
+            next_argument();
+            result = kLongOption;
+            break;
+        }
         if (is_option_group(argv[optind])) {
             result = scan_group(argc, argv, optstring);
             if (result != kNextWord) break;

@@ -10,7 +10,10 @@ extern int optind;    // argv index being examined; 0 or less restarts the scan
 extern char* optarg;  // argument of the option just returned, or the first command word
 extern int opterr;    // non-zero: report faulty options on standard error
 
-// Next option letter, '?' for a faulty option, -1 at the end of the options.
+// What getopt returns for a "--name[=value]" word; optarg is then "name[=value]".
+inline constexpr int kLongOption = 1;
+
+// Next option letter, kLongOption, '?' for a faulty option, -1 at the end of the options.
 // Afterwards optind indexes the first word of the command, or equals argc.
 int getopt(int argc, char* const argv[], const char* optstring);
 

@@ -119,6 +119,7 @@ int append_expanded(Builder& vector, const char* word, const char* failure_text)
         report(failure_text, word);
         return EINVAL;
     }
+    warn_if_at_bound(expanded, "an argument");
     return vector.append(expanded) ? 0 : errno;
 }
 

@@ -1,6 +1,7 @@
 #include "launcher/jvm_start.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -20,9 +21,10 @@ struct VectorOwner {
 };
 
 // Opens `name` and puts it on descriptor `target`. The opened descriptor stays
-// open as well: the JVM inherits it, and cleanup closes it on a failed launch.
+// open as well, close-on-exec: the JVM gets the file on `target` alone, and
+// cleanup closes it on a failed launch.
 int redirect(const char* name, int flags, int target, int& fd, const char* stream) {
-    fd = open(name, flags, settings.open_mode);
+    fd = open(name, flags | O_CLOEXEC, settings.open_mode);
     if (fd == -1) {
         int code = errno;
         report("Error opening %s redirection file: (%s), error %d\n", stream, name, code);
@@ -30,9 +32,11 @@ int redirect(const char* name, int flags, int target, int& fd, const char* strea
     }
     // Started with `target` closed, open hands us `target` itself; closing it
     // then would lose the file.
-    if (fd != target) {
+    if (fd == target) {
+        fcntl(fd, F_SETFD, 0);
+    } else {
         close(target);
-        dup2(fd, target);
+        dup2(fd, target);  // the copy is inherited
     }
     return 0;
 }
@@ -67,6 +71,7 @@ int start_jvm(int /*count*/, char** tail) {
     if (int rc = create_argv(tail + 1, &vector.argv, tail[0])) return rc;
     show_cmdLine(vector.argv);
     if (int rc = redirect_streams()) return rc;
+    signal(SIGPIPE, SIG_DFL);  // ignored while we write the console, not by the JVM
     execvp(vector.argv[0], vector.argv);
     return errno;
 }

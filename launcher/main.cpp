@@ -1,3 +1,4 @@
+#include <signal.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
@@ -5,6 +6,7 @@
 
 #include "launcher/console.h"
 #include "launcher/debug_args.h"
+#include "launcher/help.h"
 #include "launcher/process_config.h"
 #include "launcher/settings.h"
 #include "qorvel/log.h"
@@ -40,6 +42,11 @@ int main(int argc, char** argv) {
         qorvel::usage();
         return -1;
     }
+    if (qorvel::answer_help(argv[1])) return 0;
+    qorvel::hide_passwords(argc, argv);
+    // A console nobody reads must not end the launch; the JVM gets the
+    // default disposition back before it starts.
+    signal(SIGPIPE, SIG_IGN);
     record_system_name();
     std::atexit(cleanup);
     qorvel::setDebug(argc, argv);

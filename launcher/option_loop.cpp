@@ -44,6 +44,7 @@ int set_classpath(const char* arg) {
         report("Unabled to set -c <classpath> option, error in argument: (%s)\n", arg);
         return kClasspathFailed;
     }
+    warn_if_at_bound(expanded, "the class path");
     bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH", expanded);
     putenv(env_classpath);
     trace("Enabled -c option, set (%s)\n", env_classpath);
@@ -133,8 +134,10 @@ int set_output_file(const char* arg, int stream) {
     return rc;
 }
 
-int set_identity(const char* arg) {
-    if (split_user_spec(arg, settings.user, settings.group, settings.password)) return 0;
+int set_identity(char* arg) {
+    bool valid = split_user_spec(arg, settings.user, settings.group, settings.password);
+    mask_password(arg);  // the settings hold it now
+    if (valid) return 0;
     // Shown in every mode: a launch under the wrong identity must never pass quietly.
     outMessage(0, "Format error in -u parameter\n");
     outMessage(0, "syntax is -u User:Group:Password\n");
@@ -148,7 +151,7 @@ void set_umask(const char* arg) {
 }
 
 // Acts on one option; returns 0 or a failure code. Faulty letters set `bad`.
-int apply_option(int letter, const char* arg, bool& bad) {
+int apply_option(int letter, char* arg, bool& bad) {
     switch (letter) {
         case 'd':
             settings.fOption |= DAEMON_START;
@@ -197,6 +200,33 @@ int apply_option(int letter, const char* arg, bool& bad) {
     }
 }
 
+// "--name=value" when `word` is "name=value", else nullptr.
+const char* long_value(std::string_view word, std::string_view name) {
+    if (!word.starts_with(name) || word.size() <= name.size() || word[name.size()] != '=') {
+        return nullptr;
+    }
+    const char* value = word.data() + name.size() + 1;
+    return *value != '\0' ? value : nullptr;
+}
+
+// Acts on "--name[=value]"; an unknown or incomplete one is a bad option.
+void apply_long_option(const char* program, const char* word, bool& bad) {
+    if (const char* file = long_value(word, "pidfile")) {
+        settings.pidfile = file;
+        trace("Enabled --pidfile option, file = (%s)\n", file);
+    } else if (const char* secret = long_value(word, "password-file")) {
+        settings.passwordFile = secret;
+        trace("Enabled --password-file option, file = (%s)\n", secret);
+    } else if (std::string_view(word) == "dry-run") {
+        settings.dryRun = true;
+        trace("Enabled --dry-run option\n");
+    } else {
+        if (opt::opterr) std::fprintf(stderr, "%s: unrecognized option '--%s'\n", program, word);
+        settings.fOption = -1;
+        bad = true;
+    }
+}
+
 }  // namespace
 
 int scan_options(int argc, char** argv) {
@@ -205,7 +235,11 @@ int scan_options(int argc, char** argv) {
     opt::optind = 0;
     bool bad = false;
     for (int letter; (letter = opt::getopt(argc, argv, opt::kOptionString)) != -1;) {
-        if (int rc = apply_option(letter, opt::optarg, bad); rc != 0) return rc;
+        if (letter == opt::kLongOption) {
+            apply_long_option(argv[0], opt::optarg, bad);
+        } else if (int rc = apply_option(letter, opt::optarg, bad); rc != 0) {
+            return rc;
+        }
     }
     return bad ? kBadOption : 0;
 }

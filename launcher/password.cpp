@@ -31,7 +31,7 @@ DebugFile open_debug_file() {
     char path[512] = "";
     const char* chosen = std::getenv("QRB_AUTH_DEBUG_FILE");
     bounded_copy(path, chosen != nullptr ? chosen : kDefaultDebugFile);
-    return DebugFile(std::fopen(path, "a"));
+    return DebugFile(std::fopen(path, "ae"));  // never inherited by the JVM
 }
 
 // The stored hash, wiped before its memory is given back.

@@ -2,12 +2,17 @@
 
 #include <unistd.h>
 
+#include <cerrno>
+
 #include "launcher/console.h"
 #include "launcher/daemon.h"
+#include "launcher/dry_run.h"
 #include "launcher/environment.h"
 #include "launcher/getopt.h"
 #include "launcher/jvm_start.h"
 #include "launcher/option_loop.h"
+#include "launcher/password_file.h"
+#include "launcher/pidfile.h"
 #include "launcher/settings.h"
 
 namespace qorvel {
@@ -35,6 +40,37 @@ int launch(int argc, char** argv) {
     return rc;
 }
 
+// A directory that cannot be entered is not fatal: the JVM starts where we are.
+void enter_work_dir() {
+    if (settings.workDir[0] == '\0' || chdir(settings.workDir) == 0) return;
+    if (verbose())
+        outMessage(errno, "Warning: cannot enter working directory (%s)\n", settings.workDir);
+}
+
+bool has_command(int argc) {
+    if (opt::optind < argc) return true;
+    report("Incomplete argument list. No action taken\n");
+    return false;
+}
+
+// The daemon start, the pid file and the JVM start. Returns only when the
+// JVM was not started.
+int start(int argc, char** argv) {
+    int rc = start_daemon_if_asked();
+    if (rc == 0) rc = commit_pidfile();  // done already by a daemon child
+    if (rc != 0) return rc;
+    enter_work_dir();
+    if (!has_command(argc)) return kNoCommand;
+    return launch(argc, argv);
+}
+
+// --dry-run: the checks of a launch without its start.
+int check_only(int argc, char** argv) {
+    enter_work_dir();
+    if (!has_command(argc)) return kNoCommand;
+    return dry_run(argv, opt::optind);
+}
+
 }  // namespace
 
 void usage() {
@@ -47,6 +83,7 @@ void usage() {
 }
 
 int processConfig(int argc, char** argv) {
+    remember_environment();
     int rc = scan_options(argc, argv);
     if (rc == kBadOption) {
         trace("Bad option specified.\n");
@@ -54,16 +91,12 @@ int processConfig(int argc, char** argv) {
     }
     if (rc != 0) return rc;
     if ((rc = prefix_path()) != 0) return rc;
-    if ((rc = start_daemon_if_asked()) != 0) return rc;
-    if (settings.workDir[0] != '\0') {
-        // A directory that cannot be entered is not fatal: the JVM starts where we are.
-        [[maybe_unused]] int ignored = chdir(settings.workDir);
-    }
-    if (opt::optind >= argc) {
-        report("Incomplete argument list. No action taken\n");
-        return kNoCommand;
-    }
-    return launch(argc, argv);
+    if (settings.dryRun) return check_only(argc, argv);
+    if ((rc = read_password_file()) != 0) return rc;
+    if ((rc = prepare_pidfile()) != 0) return rc;
+    rc = start(argc, argv);
+    discard_pidfile();  // reached only when the JVM did not start
+    return rc;
 }
 
 }  // namespace qorvel

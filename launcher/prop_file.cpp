@@ -94,10 +94,14 @@ int processPropFile(const char* arg) {
         {"jvmargs", settings.jvmargs.get(), kPropJvmargsSize},
         {"policyfile", settings.policyfile.get(), kPropPolicyfileSize},
     };
-    if (read_properties(1, parsed.path, section, requests) != 0) {
+    int levels = 0;
+    if (read_properties(1, parsed.path, section, requests, &levels) != 0) {
         report("Unable to read properties from section (%s) in file (%s)\n", parsed.section,
                parsed.path);
         return kPropFileFailed;
+    }
+    if (levels == 0) {  // most likely a misspelt section: the JVM would start without settings
+        report("Warning: section (%s) is not in file (%s)\n", parsed.section, parsed.path);
     }
     char* classpath = settings.classpath.get();
     std::replace(classpath, classpath + std::strlen(classpath), ',', ':');

@@ -40,6 +40,10 @@ struct LaunchSettings {
     char group[kIdentityFieldSize] = "";
     char password[kIdentityFieldSize] = "";
     char workDir[kPathFieldSize] = "";
+    // Long options; the texts point into argv.
+    const char* pidfile = nullptr;       // --pidfile=FILE
+    const char* passwordFile = nullptr;  // --password-file=FILE
+    bool dryRun = false;                 // --dry-run
 };
 
 // Written by main and the option scan; read by the launch steps.

@@ -38,4 +38,10 @@ bool split_user_spec(std::string_view value, char* user, char* group, char* pass
     return fits && !all_empty && !(password[0] && !user[0]);
 }
 
+void mask_password(char* value) {
+    char* first = std::strchr(value, ':');
+    char* second = first ? std::strchr(first + 1, ':') : nullptr;
+    if (second) std::memset(second + 1, 'x', std::strlen(second + 1));
+}
+
 }  // namespace qorvel

@@ -10,4 +10,8 @@ namespace qorvel {
 // or a field too long for its buffer.
 bool split_user_spec(std::string_view value, char* user, char* group, char* password);
 
+// Overwrites the password of a User:Group:Password value with 'x', keeping
+// its length, so the word no longer shows it.
+void mask_password(char* value);
+
 }  // namespace qorvel

@@ -1,3 +1,6 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -17,10 +20,17 @@ void write_stamp(FILE* log) {
     std::fprintf(log, "\n%.*s :: ", static_cast<int>(text.size()), text.data());
 }
 
+// Close-on-exec, and owner-only when created: a debug log may hold what a
+// program started later, perhaps as another user, must not read or write.
 FILE* open_log(int append, const char* path) {
     if (!path) return nullptr;
-    FILE* log = std::fopen(path, append ? "a" : "w");
-    if (!log) return nullptr;
+    int fd = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC), 0600);
+    if (fd == -1) return nullptr;
+    FILE* log = fdopen(fd, append ? "a" : "w");
+    if (!log) {
+        close(fd);
+        return nullptr;
+    }
     std::fputs("\n\n", log);
     LogMsg(log, 1, 1, "%s Opened\n", path);
     return log;

@@ -1,7 +1,8 @@
 /* Diagnostics: the debug log, data dumps written to it, the trace table and
  * a random event generator.
  *
- * A log handle is a FILE* opened by OpenLogfile or ExtendLogfile, or NULL when
+ * A log handle is a FILE* opened by OpenLogfile or ExtendLogfile (close-on-exec;
+ * a file they create gets mode 0600), or NULL when
  * opening failed; every log and dump routine accepts NULL and then does
  * nothing. The caller owns an open handle and releases it with CloseLogfile.
  * Nothing here is safe for concurrent use: LogMsg uses ctime's buffer, and the

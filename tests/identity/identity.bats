@@ -58,7 +58,8 @@ seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 
 # Every hash method: the child runs as the user, in the group, with no group of root left,
 # leading a new session with the -r umask in the -w directory. Without a group the
-# user keeps our primary group and gets only its own supplementary groups.
+# user gets its own primary and supplementary groups, none of root's. The waiting
+# parent's arguments, readable by any user, no longer show the password.
 @test "each hash method verifies and the child becomes the user in the group" {
   while IFS='|' read -r name spec uid gid groups; do
     run --separate-stderr "$QORVEL" -s -r 022 -u "$spec" -w "$work/run" -1 out.txt "$FAKE_JVM"
@@ -66,6 +67,10 @@ seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
     got="$(for key in uid euid gid egid groups umask cwd sid; do seen $key run/out.txt; done | paste -sd' ')"
     [ "$got" = "$uid $uid $gid $gid $groups 0022 $work/run $(seen pid run/out.txt)" ] ||
       { echo "$name: $got"; false; }
+    password=${spec##*:}
+    hidden="${spec%:*}:$(printf '%*s' ${#password} '' | tr ' ' x)"
+    [[ "$(seen parent_args run/out.txt)" == *" -u $hidden "* ]] ||
+      { echo "$name: $(seen parent_args run/out.txt)"; false; }
     rm run/out.txt
   done <<'CASES'
 traditional_des|alice:devs:des-pass|2001|3000|3000
@@ -76,7 +81,7 @@ capital_x_field_reads_shadow|erin:devs:erin-pass|2005|3000|3000
 hash_in_passwd_itself|frank:devs:frank-pass|2006|3000|3000
 numeric_group|carol:#3000:sha-pass|2003|3000|3000
 second_name_of_an_id_gets_its_own_groups|ally:devs:ally-pass|2001|3000|3000,3001
-no_group|alice::des-pass|2001|0|0,3000
+no_group_takes_the_users_own|alice::des-pass|2001|2001|2001,3000
 CASES
 }
 
@@ -124,4 +129,23 @@ CASES
   [ "$(seen uid <<<"$output")" = 2001 ]
   run --separate-stderr as_alice "$QORVEL" -s -u frank:staff:frank-pass "$FAKE_JVM"
   [ "$status:$stderr" = 1:"can't setgid, errno =1"$'\n'"Operation not permittedError attempting to start as a daemon, errno 1"$'\n'"Operation not permitted" ]
+}
+
+@test "--password-file gives the -u password when only the caller can use the file, else 5" {
+  printf 'des-pass\n' > pw
+  chmod 600 pw
+  run --separate-stderr "$QORVEL" -s -u alice:: --password-file=pw -1 out.txt "$FAKE_JVM"
+  [ "$status:$(seen uid out.txt)" = 0:2001 ]
+  while IFS='|' read -r prepare problem; do
+    printf 'des-pass\n' > pw && chmod 600 pw && chown root pw && eval "$prepare"
+    run --separate-stderr "$QORVEL" -s -u alice:: --password-file=pw "$FAKE_JVM"
+    [ "$status:$output:$stderr" = "5::Password file (pw) $(printf '%b' "$problem")" ] ||
+      { echo "$prepare: $stderr"; false; }
+  done <<'CASES'
+chmod 640 pw|may be read or written by group or others
+chmod 604 pw|may be read or written by group or others
+chown alice pw|does not belong to the caller
+: > pw|holds no password
+rm pw|cannot be opened\nNo such file or directory
+CASES
 }

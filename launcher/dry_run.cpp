@@ -1,0 +1,60 @@
+#include "launcher/dry_run.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "launcher/env_lines.h"
+#include "launcher/jvm_args.h"
+
+extern char** environ;
+
+namespace qorvel {
+namespace {
+
+// The entries of environ at the start. Every change the launch makes
+// (putenv, setenv) puts a new entry in place, so a pointer not found here is
+// a variable the launch set or changed.
+std::vector<const char*> initial_environment;
+
+// The word as a shell reads it back: bare when it holds only safe
+// characters, else in single quotes with each quote written as '\''.
+std::string shell_quoted(std::string_view word) {
+    constexpr std::string_view kSafe =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_@%+=:,./-";
+    if (!word.empty() && word.find_first_not_of(kSafe) == std::string_view::npos) {
+        return std::string(word);
+    }
+    std::string quoted = "'";
+    for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+}  // namespace
+
+void remember_environment() {
+    initial_environment.clear();
+    for (char** entry = environ; *entry; ++entry) initial_environment.push_back(*entry);
+}
+
+int dry_run(char** argv, int first) {
+    char** vector = nullptr;
+    if (int rc = create_argv(argv + first + 1, &vector, argv[first])) return rc;
+    std::string line;
+    for (char** word = vector; *word; ++word) {
+        line += (line.empty() ? "" : " ") + shell_quoted(*word);
+    }
+    destroy_argv(vector);
+    std::printf("%s\n", line.c_str());
+    for (char** entry = environ; *entry; ++entry) {
+        bool initial = std::find(initial_environment.begin(), initial_environment.end(), *entry) !=
+                       initial_environment.end();
+        if (!initial) std::printf("%s\n", shown_entry(*entry).c_str());
+    }
+    std::fflush(stdout);
+    return 0;
+}
+
+}  // namespace qorvel

@@ -1,0 +1,102 @@
+#!/usr/bin/env bats
+# The launcher as a service starter meets it: what the JVM inherits, a console
+# nobody reads, a waiting parent that passes signals on, the pid file, and the
+# long options --help, --version, --dry-run; warnings that change no status.
+
+bats_require_minimum_version 1.5.0
+
+setup() {
+  cd "$BATS_TEST_TMPDIR"
+  export JREHOME=/opt/jre VTX=/opt/app
+  unset QV_UNSET CLASSPATH
+}
+
+seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
+
+# Waits until `file` has a line matching `pattern`.
+wait_for() { for _ in $(seq 1 100); do grep -q "$2" "$1" 2>/dev/null && return; sleep 0.05; done; false; }
+
+@test "the JVM inherits only the caller's descriptors, a new debug log is private, SIGPIPE is default" {
+  "$FAKE_JVM" > direct.txt
+  "$QORVEL" -g -l dbg.log -1 out.txt "$FAKE_JVM"
+  [ "$(seen fds out.txt)" = "$(seen fds direct.txt)" ]
+  [ "$(stat -c %a dbg.log)" = 600 ]
+  # A console that is a pipe nobody reads ends neither the launch nor the JVM's defaults.
+  python3 -c 'import os, subprocess, sys
+r, w = os.pipe(); os.close(r)
+sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.txt -2 err.txt "$FAKE_JVM"
+  [ "$(seen sigpipe piped.txt)" = default ]
+}
+
+@test "a waiting parent passes signals on, exits 128+N when one ends the child, and removes the pid file" {
+  "$QORVEL" -d -s --pidfile=app.pid -1 out.txt "$FAKE_JVM" --wait-signals & parent=$!
+  wait_for out.txt '^ready'
+  [ "$(cat app.pid)" = "$(seen pid out.txt)" ]
+  [ "$(stat -c %a app.pid)" = 644 ]
+  kill -USR1 $parent
+  wait_for out.txt '^signal=10$'
+  kill -TERM $parent
+  status=0; wait $parent || status=$?
+  [ "$status" -eq 143 ]
+  grep -qx 'signal=15' out.txt
+  [ ! -e app.pid ]
+  [ -z "$(ls -A | grep '^\.app\.pid')" ]
+  "$QORVEL" -d -s -1 killed.txt "$FAKE_JVM" --wait-signals & parent=$!
+  wait_for killed.txt '^ready'
+  kill -KILL "$(seen pid killed.txt)"
+  status=0; wait $parent || status=$?
+  [ "$status" -eq 137 ]
+}
+
+@test "--pidfile: the foreground JVM's own id, or a failure before anything starts" {
+  run --separate-stderr "$QORVEL" --pidfile=app.pid -1 out.txt "$FAKE_JVM"
+  [ "$status" -eq 0 ]
+  [ "$(cat app.pid)" = "$(seen pid out.txt)" ]
+  run --separate-stderr "$QORVEL" --pidfile=no/dir/app.pid -1 never.txt "$FAKE_JVM"
+  [ "$status:$stderr" = "2:Unable to create pid file (no/dir/app.pid)"$'\n'"No such file or directory" ]
+  [ ! -e never.txt ]
+}
+
+@test "--help and --version answer first; other long options are bad unless known" {
+  run --separate-stderr "$QORVEL" --version
+  [ "$status:$output" = "0:qorvel $(sed -n 's/^project(qorvel VERSION \([0-9.]*\).*/\1/p' "$QORVEL_SOURCE_DIR/CMakeLists.txt")" ]
+  run --separate-stderr "$QORVEL" --help
+  [ "$status" -eq 0 ]
+  [ "$(sed -n 3p <<<"$output")" = "Usage: qorvel [options] program [program arguments]" ]
+  [ "$(grep -c '^  -' <<<"$output")" -eq 20 ]
+  while read -r words; do
+    run --separate-stderr "$QORVEL" $words java Main
+    [ "$status" -eq 248 ] || { echo "$words: $status"; false; }
+  done <<'CASES'
+-d --help
+--pidfile
+--no-such-option
+CASES
+  [ "$(sed -n 1p <<<"$stderr")" = "$QORVEL: unrecognized option '--no-such-option'" ]
+}
+
+@test "--dry-run prints the vector and the changed environment, starts and checks nothing more" {
+  export QV_WORD='a b'
+  run --separate-stderr env -u PATH "$QORVEL" --dry-run -e 1 -c /cp -w nodir -u nobody-qv::pw -1 out.txt \
+    "$FAKE_JVM" '${QV_WORD}' "it's" plain <<<'QV_SECRET=hidden'
+  [ "$status" -eq 0 ]
+  [ "$output" = "$FAKE_JVM 'a b' 'it'\\''s' plain"$'\n'"QV_SECRET=<value not shown>"$'\n'"CLASSPATH=/cp" ] ||
+    { echo "$output"; false; }
+  [ ! -e out.txt ]
+  [ "$stderr" = "Warning: cannot enter working directory (nodir)"$'\n'"No such file or directory" ]
+  run --separate-stderr "$QORVEL" --dry-run "$FAKE_JVM" '$QV_UNSET'
+  [ "$status:$output" = "22:" ]
+}
+
+@test "warnings name what would go wrong in silence and change no status" {
+  printf '[Common]\nclasspath=a.jar\n' > app.properties
+  long=$(head -c 3000 /dev/zero | tr '\0' c)
+  run --separate-stderr "$QORVEL" -a app.properties::Srv.Prod -c "$long" -1 out.txt "$FAKE_JVM" "$long"
+  [ "$status" -eq 0 ]
+  [ "$(grep ^Warning <<<"$stderr")" = "Warning: section (Srv.Prod) is not in file (app.properties)
+Warning: the class path reached 2047 characters, the most an expansion keeps, and may be cut
+Warning: an argument reached 2047 characters, the most an expansion keeps, and may be cut" ] ||
+    { echo "$stderr"; false; }
+  run --separate-stderr "$QORVEL" -m silent -a app.properties::Srv -w nodir -1 out.txt -2 err.txt "$FAKE_JVM"
+  [ "$status:$stderr" = "0:" ]
+}
