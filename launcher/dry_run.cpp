@@ -28,8 +28,15 @@ std::string shell_quoted(std::string_view word) {
         return std::string(word);
     }
     std::string quoted = "'";
-    for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
+    for (char c : word) {
+        if (c == '\'') {
+            quoted += "'\\''";
+        } else {
+            quoted += c;
+        }
+    }
+    quoted += '\'';
+    return quoted;
 }
 
 }  // namespace
@@ -44,7 +51,8 @@ int dry_run(char** argv, int first) {
     if (int rc = create_argv(argv + first + 1, &vector, argv[first])) return rc;
     std::string line;
     for (char** word = vector; *word; ++word) {
-        line += (line.empty() ? "" : " ") + shell_quoted(*word);
+        if (!line.empty()) line += ' ';
+        line += shell_quoted(*word);
     }
     destroy_argv(vector);
     std::printf("%s\n", line.c_str());

@@ -54,8 +54,9 @@ bool read_line(std::FILE* input, bool& whole) {
 // -e carries secrets such as passwords into the JVM's environment.
 std::string shown(std::string_view line) {
     std::size_t equals = line.find('=');
-    if (equals == std::string_view::npos) return std::string(line);
-    return std::string(line.substr(0, equals + 1)) + kValueHidden;
+    std::string text(line.substr(0, equals == std::string_view::npos ? line.size() : equals + 1));
+    if (equals != std::string_view::npos) text += kValueHidden;
+    return text;
 }
 
 bool set_variable() {

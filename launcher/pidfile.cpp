@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 
 #include "launcher/console.h"
 #include "launcher/settings.h"
@@ -32,9 +33,12 @@ int failed(int code, const char* step) {
 int prepare_pidfile() {
     if (!settings.pidfile) return 0;
     // ".<name>.XXXXXX" in the same directory, so the rename that publishes it is atomic.
-    std::string temporary = settings.pidfile;
-    std::size_t slash = temporary.rfind('/');
-    temporary.insert(slash == std::string::npos ? 0 : slash + 1, ".");
+    std::string_view path = settings.pidfile;
+    std::size_t slash = path.rfind('/');
+    std::size_t name = slash == std::string_view::npos ? 0 : slash + 1;
+    std::string temporary(path.substr(0, name));
+    temporary += '.';
+    temporary.append(path.substr(name));
     temporary += ".XXXXXX";
     int fd = mkostemp(temporary.data(), O_CLOEXEC);
     if (fd == -1) return failed(errno, "create");

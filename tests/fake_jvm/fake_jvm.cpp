@@ -41,7 +41,8 @@ void print_descriptors() {
     std::string fds;
     for (dirent* entry; dir && (entry = readdir(dir));) {
         if (entry->d_name[0] == '.' || std::atoi(entry->d_name) == dirfd(dir)) continue;
-        fds += (fds.empty() ? "" : ",") + std::string(entry->d_name);
+        if (!fds.empty()) fds += ',';
+        fds += entry->d_name;
     }
     if (dir) closedir(dir);
     std::cout << "fds=" << fds << '\n';
