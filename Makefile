@@ -1,6 +1,8 @@
 # Two entry points for a fresh machine: `make run` and `make test`.
 BUILD      ?= build
+PREFIX     ?= /usr/local
 RELEASE    := $(BUILD)/release
+PACKAGE    := $(BUILD)/package
 SANITIZED  := $(BUILD)/sanitized
 FUZZ       := $(BUILD)/fuzz
 BENCH      := $(BUILD)/bench
@@ -8,7 +10,7 @@ LEAK       := $(BUILD)/leak
 FUZZ_SECONDS ?= 30
 CMAKE_GEN  := -G Ninja
 
-.PHONY: all deps release run test fuzz bench leak-check clean
+.PHONY: all deps release run test install package fuzz bench leak-check clean
 
 all: release
 
@@ -16,11 +18,30 @@ deps:
 	@scripts/install-deps
 
 release: deps
-	cmake -S . -B $(RELEASE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON
+	cmake -S . -B $(RELEASE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON \
+		-DCMAKE_INSTALL_PREFIX=$(PREFIX)
 	cmake --build $(RELEASE)
 
-run: release
-	@QORVEL_BIN=$(RELEASE)/launcher/qorvel FAKE_JVM=$(RELEASE)/tests/fake_jvm examples/demo.sh
+# The demo needs the program alone: the release is configured, only qorvel is built.
+run: deps
+	cmake -S . -B $(RELEASE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON \
+		-DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build $(RELEASE) --target qorvel_exe
+	@QORVEL_BIN=$(RELEASE)/launcher/qorvel examples/demo.sh
+
+# make install [PREFIX=/usr/local] [DESTDIR=/staging]
+install: deps
+	cmake -S . -B $(RELEASE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON \
+		-DCMAKE_INSTALL_PREFIX=$(PREFIX)
+	cmake --build $(RELEASE) --target qorvel_exe qorvel qorvel_static
+	DESTDIR=$(DESTDIR) cmake --install $(RELEASE)
+
+# A Debian package of the same files under /usr, left in build/package.
+package: deps
+	cmake -S . -B $(PACKAGE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
+		-DCMAKE_INSTALL_PREFIX=/usr
+	cmake --build $(PACKAGE)
+	cd $(PACKAGE) && cpack -G DEB
 
 test: deps
 	cmake -S . -B $(SANITIZED) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug -DQORVEL_SANITIZE=ON
