@@ -7,7 +7,7 @@ include(CMakePackageConfigHelpers)
 set(QORVEL_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/qorvel)
 set(QORVEL_DOC_DIR ${CMAKE_INSTALL_DATADIR}/doc/qorvel)
 
-install(TARGETS qorvel_exe RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS qorvel_exe qorvel_props RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS qorvel qorvel_static EXPORT qorvelTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
@@ -33,11 +33,13 @@ install(CODE "
     \"${PROJECT_BINARY_DIR}/qorvel.pc\" @ONLY)")
 install(FILES ${PROJECT_BINARY_DIR}/qorvel.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(FILES man/qorvel.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES man/qorvel.1 man/qorvel-props.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES man/qorvel.properties.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES man/libqorvel.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
 install(FILES packaging/qorvel.bash-completion
   DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qorvel)
+install(FILES packaging/qorvel-props.bash-completion
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME qorvel-props)
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${QORVEL_DOC_DIR})
 install(FILES examples/properties/JavaTools.properties packaging/qorvel-example.service
   DESTINATION ${QORVEL_DOC_DIR}/examples)
