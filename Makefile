@@ -54,14 +54,16 @@ fuzz: deps
 	cmake --build $(FUZZ)
 	scripts/run-fuzzers $(FUZZ)/fuzz $(FUZZ_SECONDS)
 
-bench: deps
+bench:
+	@scripts/install-deps bench
 	cmake -S . -B $(BENCH) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DQORVEL_BENCH=ON -DBUILD_TESTING=OFF
 	cmake --build $(BENCH)
 	scripts/run-benchmarks $(BENCH)
 
 # 100,000 broker reads under LeakSanitizer: no leak, no growth of the peak.
 # A small quarantine keeps freed blocks from hiding the program's own peak.
-leak-check: deps
+leak-check:
+	@scripts/install-deps bench
 	cmake -S . -B $(LEAK) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Debug -DQORVEL_SANITIZE=ON -DQORVEL_BENCH=ON \
 		-DBUILD_TESTING=OFF
 	cmake --build $(LEAK) --target read_loop

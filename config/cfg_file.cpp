@@ -2,13 +2,17 @@
 #include <strings.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
+#include <memory>
 #include <string_view>
 
+#include "config/logical_line.h"
 #include "config/open_streams.h"
 #include "config/text_split.h"
 #include "qorvel/config.h"
@@ -52,6 +56,12 @@ long open_stream(CFGHANDLE* handle) {
         return EISDIR;
     }
     qorvel::open_streams::add(handle, handle->fp);
+    // The library reads a mapped file from its image and only positions the
+    // stream: unbuffered, a positioning costs no read-ahead.
+    try {
+        if (qorvel::open_streams::image_of(handle->fp)) setvbuf(handle->fp, nullptr, _IONBF, 0);
+    } catch (const std::exception&) {
+    }
     return 0;
 }
 
@@ -85,6 +95,21 @@ extern "C" void closecfg(CFGHANDLE* handle) {
     handle->sectionOffset = 0;
 }
 
+namespace {
+
+// The search through the file's image; -1 when the section is absent, -2
+// when the stream has no image (or indexing it failed) and must be read.
+long indexed_search(FILE* stream, std::string_view header) {
+    try {
+        auto image = qorvel::open_streams::image_of(stream);
+        return image ? image->section_offset(header) : -2;
+    } catch (const std::exception&) {
+        return -2;
+    }
+}
+
+}  // namespace
+
 extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
     if (!handle || !handle->fp || !sectionName) return 0;
     char header[kHeaderTextSize];
@@ -92,6 +117,14 @@ extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
     if (!qorvel::bounded_format(header, sizeof header, "[%s]", sectionName)) return 0;
     std::string_view wanted = header;
 
+    if (long offset = indexed_search(handle->fp, wanted); offset != -2) {
+        // The shared stream ends where a reading search would have left it.
+        std::fseek(handle->fp, offset >= 0 ? offset : 0, offset >= 0 ? SEEK_SET : SEEK_END);
+        if (offset < 0) return 0;
+        handle->sectionOffset = offset;
+        qorvel::bounded_copy(handle->sectionHeader, wanted);
+        return 1;
+    }
     std::fseek(handle->fp, 0, SEEK_SET);
     char line[kLineSize];
     while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
@@ -121,21 +154,50 @@ std::string_view header_name(char* line, char* keyword) {
 
 }  // namespace
 
+namespace {
+
+// The next header from `in` whose name begins with `wanted`; its name in
+// `name` and the offset after it in `offset`. False at the end.
+template <typename Source>
+bool next_header(Source& in, std::string_view wanted, std::string_view& name, char* line,
+                 char* keyword) {
+    while (qorvel::cfg::read_logical_line(line, kSearchLimit, in) == 0) {
+        if (line[0] != '[') continue;
+        name = header_name(line, keyword);
+        if (!name.empty() && name.substr(0, wanted.size()) == wanted) return true;
+    }
+    return false;
+}
+
+}  // namespace
+
 extern "C" long find_NextSection(const char* prefix, char* outName, size_t outSize,
                                  CFGHANDLE* handle) {
     if (!handle || !handle->fp) return CFG_NO_MORE_SECTIONS;
     std::string_view wanted = prefix ? prefix : "";
     char line[kLineSize];
     char keyword[kLineSize];
-    while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
-        if (line[0] != '[') continue;
-        std::string_view name = header_name(line, keyword);
-        if (name.empty() || name.substr(0, wanted.size()) != wanted) continue;
-        handle->sectionOffset = std::ftell(handle->fp);
-        std::size_t dot = name.rfind('.');
-        if (dot != std::string_view::npos) name.remove_prefix(dot + 1);
-        if (outName && outSize > 0) qorvel::bounded_copy(outName, outSize, name);
-        return 0;
+    std::string_view name;
+    bool found;
+    std::shared_ptr<qorvel::FileImage> image;
+    try {
+        image = qorvel::open_streams::image_of(handle->fp);
+    } catch (const std::exception&) {
     }
-    return CFG_NO_MORE_SECTIONS;
+    if (image) {
+        long at = std::ftell(handle->fp);
+        auto start = static_cast<std::size_t>(at < 0 ? 0 : at);
+        qorvel::cfg::MemorySource in{image->data(), image->size(), std::min(start, image->size())};
+        found = next_header(in, wanted, name, line, keyword);
+        std::fseek(handle->fp, static_cast<long>(in.pos), SEEK_SET);
+    } else {
+        qorvel::cfg::StreamSource in{handle->fp};
+        found = next_header(in, wanted, name, line, keyword);
+    }
+    if (!found) return CFG_NO_MORE_SECTIONS;
+    handle->sectionOffset = std::ftell(handle->fp);
+    std::size_t dot = name.rfind('.');
+    if (dot != std::string_view::npos) name.remove_prefix(dot + 1);
+    if (outName && outSize > 0) qorvel::bounded_copy(outName, outSize, name);
+    return 0;
 }

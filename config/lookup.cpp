@@ -3,11 +3,16 @@
 
 #include <strings.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <exception>
+#include <memory>
 #include <string_view>
 
+#include "config/logical_line.h"
+#include "config/open_streams.h"
 #include "config/text_split.h"
 #include "util/bounded_text.h"
 
@@ -23,12 +28,12 @@ struct Entry {
     char word[kLineSize];         // its first word
 };
 
-// Scans the section from its recorded offset for `key`; true when found.
-bool find_entry(const CFGHANDLE& handle, const char* key, Entry& entry) {
-    std::fseek(handle.fp, handle.sectionOffset, SEEK_SET);
+// Reads the section's lines from `in` for `key`; true when found.
+template <typename Source>
+bool scan_section(Source& in, const char* key, Entry& entry) {
     char line[kLineSize];
     char keyword[kLineSize];
-    while (cfg_getline(line, kLookupLimit, handle.fp) == 0) {
+    while (cfg::read_logical_line(line, kLookupLimit, in) == 0) {
         if (line[0] == '[') return false;  // the next section begins
         if (line[0] == '\0' || line[0] == '#') continue;
         cfg_getkeyword(keyword, line);
@@ -37,6 +42,36 @@ bool find_entry(const CFGHANDLE& handle, const char* key, Entry& entry) {
         bounded_copy(entry.word, cfg::first_word(line));
         return true;
     }
+    return false;
+}
+
+// Scans the section from its recorded offset for `key`: in the file's image
+// when it has one, else through the stream.
+bool find_entry(const CFGHANDLE& handle, const char* key, Entry& entry) {
+    std::shared_ptr<FileImage> image;
+    try {
+        image = open_streams::image_of(handle.fp);
+        if (image) image->entries_at(static_cast<std::size_t>(handle.sectionOffset));
+    } catch (const std::exception&) {
+        image.reset();  // no memory for the image's lists: read the stream instead
+    }
+    if (!image) {
+        std::fseek(handle.fp, handle.sectionOffset, SEEK_SET);
+        cfg::StreamSource in{handle.fp};
+        return scan_section(in, key, entry);
+    }
+    // Only the matching line is read; the stream ends where a reading lookup
+    // would have left it: after that line, or where the section ends.
+    const FileImage::Entries& section =
+        image->entries_at(static_cast<std::size_t>(handle.sectionOffset));
+    for (const FileImage::Entry& candidate : section.entries) {
+        if (strcasecmp(candidate.keyword.c_str(), key) != 0) continue;
+        cfg::MemorySource in{image->data(), image->size(), candidate.start};
+        bool found = scan_section(in, key, entry);
+        std::fseek(handle.fp, static_cast<long>(in.pos), SEEK_SET);
+        return found;
+    }
+    std::fseek(handle.fp, static_cast<long>(section.end), SEEK_SET);
     return false;
 }
 

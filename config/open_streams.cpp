@@ -12,6 +12,7 @@ namespace {
 struct Opened {
     const CFGHANDLE* handle;
     FILE* stream;
+    std::shared_ptr<FileImage> image;  // mapped on first use
 };
 
 // Readers of different records may open files at the same time.
@@ -23,7 +24,7 @@ std::vector<Opened> opened;
 void add(const CFGHANDLE* handle, FILE* stream) {
     std::lock_guard guard(lock);
     try {
-        opened.push_back({handle, stream});
+        opened.push_back({handle, stream, nullptr});
     } catch (const std::bad_alloc&) {
         // Unrecorded, the stream is only not closed by a later re-open.
     }
@@ -43,6 +44,16 @@ FILE* take(const CFGHANDLE* handle) {
 void remove(FILE* stream) {
     std::lock_guard guard(lock);
     std::erase_if(opened, [&](const Opened& o) { return o.stream == stream; });
+}
+
+std::shared_ptr<FileImage> image_of(FILE* stream) {
+    if (!stream) return nullptr;
+    std::lock_guard guard(lock);
+    auto it = std::find_if(opened.begin(), opened.end(),
+                           [&](const Opened& o) { return o.stream == stream; });
+    if (it == opened.end()) return nullptr;
+    if (!it->image) it->image = FileImage::map(fileno(stream));
+    return it->image;
 }
 
 }  // namespace qorvel::open_streams
