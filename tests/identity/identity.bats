@@ -13,6 +13,12 @@ setup_file() {
   fi
   local etc=$BATS_FILE_TMPDIR/etc yescrypt_salt
   mkdir -p "$etc"
+  # The test users run the launcher and the stand-in, so both must be
+  # reachable from outside a checkout that others cannot enter (/root).
+  bin=$(mktemp -d /tmp/qv-identity-bin.XXXXXX)
+  chmod 755 "$bin"
+  cp "$QORVEL" "$FAKE_JVM" "$bin/"
+  export QORVEL="$bin/$(basename "$QORVEL")" FAKE_JVM="$bin/$(basename "$FAKE_JVM")" bin
   # libcrypt's own salt maker: a yescrypt setting is more than random letters.
   yescrypt_salt=$(python3 -c 'import ctypes; c = ctypes.CDLL("libcrypt.so.1")
 c.crypt_gensalt.restype = ctypes.c_char_p
@@ -53,6 +59,8 @@ setup() {
 }
 
 teardown() { rm -rf "$work"; }
+
+teardown_file() { rm -rf "$bin"; }
 
 seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 
