@@ -70,6 +70,39 @@ TEST(FindNextSection, ReportsChildrenInFileOrderCutToTheBuffer) {
     closecfg(&h);
 }
 
+// The search through a file's image must find what reading it line by line
+// finds, where it finds it, and leave the stream alike: a handle whose stream
+// the library did not open is read line by line.
+TEST(FindSection, ImageSearchAgreesWithReadingTheStream) {
+    const std::string cut = std::string(2046, 'x') + "y[Cut]\n[After]\n";  // 'y' falls at the cut
+    const std::string longTail = "[Head]\n" + std::string(2100, 't');
+    const std::string names[] = {"Joined",     "Real",  "AfterTab", "AfterSpace",
+                                 "Cut",        "After", "CrFirst",  "Word\\ Esc",
+                                 "Split,Name", "Head",  "Last"};
+    for (const std::string& text : {
+             std::string("a=1,\n[Joined]\n[Real]\n"),  // a ',' joins the header to its line
+             std::string("a=1,\n\t\n[AfterTab]\n"),    // a kept tab ends the join
+             std::string("a=1, \n \n[AfterSpace]\n"),  // a dropped space does not
+             cut, longTail,
+             std::string("\r[CrFirst]\n[Word\\ Esc] x\n"),  // white space first; an escape
+             std::string("[Split,\nName]\n[Last]"),         // a joined header; no last line end
+         }) {
+        TempFile file(text);
+        CFGHANDLE mapped, plain;
+        ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &mapped), 0);
+        plain = mapped;
+        plain.fp = std::fopen(file.path(), "r");
+        for (const std::string& name : names) {
+            int found = find_Section(name.c_str(), &mapped);
+            EXPECT_EQ(found, find_Section(name.c_str(), &plain)) << name;
+            EXPECT_EQ(mapped.sectionOffset, plain.sectionOffset) << name;
+            EXPECT_EQ(std::ftell(mapped.fp), std::ftell(plain.fp)) << name;
+        }
+        std::fclose(plain.fp);
+        closecfg(&mapped);
+    }
+}
+
 class OpenCfg : public ::testing::Test {
   protected:
     void SetUp() override {
