@@ -76,6 +76,9 @@ TEST(FindNextSection, ReportsChildrenInFileOrderCutToTheBuffer) {
 TEST(FindSection, ImageSearchAgreesWithReadingTheStream) {
     const std::string cut = std::string(2046, 'x') + "y[Cut]\n[After]\n";  // 'y' falls at the cut
     const std::string longTail = "[Head]\n" + std::string(2100, 't');
+    std::string longJoin;  // short lines whose join outgrows the longest line read
+    for (int i = 0; i < 700; ++i) longJoin += "ab,\n";
+    longJoin += "[Joined]\n[Real]\n";
     const std::string names[] = {"Joined",     "Real",  "AfterTab", "AfterSpace",
                                  "Cut",        "After", "CrFirst",  "Word\\ Esc",
                                  "Split,Name", "Head",  "Last"};
@@ -83,7 +86,8 @@ TEST(FindSection, ImageSearchAgreesWithReadingTheStream) {
              std::string("a=1,\n[Joined]\n[Real]\n"),  // a ',' joins the header to its line
              std::string("a=1,\n\t\n[AfterTab]\n"),    // a kept tab ends the join
              std::string("a=1, \n \n[AfterSpace]\n"),  // a dropped space does not
-             cut, longTail,
+             std::string("a=1,\n\n[Joined]\n"),        // nor an empty line
+             longJoin, cut, longTail,
              std::string("\r[CrFirst]\n[Word\\ Esc] x\n"),  // white space first; an escape
              std::string("[Split,\nName]\n[Last]"),         // a joined header; no last line end
          }) {
