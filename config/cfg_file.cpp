@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <memory>
 #include <string_view>
 
@@ -58,10 +57,7 @@ long open_stream(CFGHANDLE* handle) {
     qorvel::open_streams::add(handle, handle->fp);
     // The library reads a mapped file from its image and only positions the
     // stream: unbuffered, a positioning costs no read-ahead.
-    try {
-        if (qorvel::open_streams::image_of(handle->fp)) setvbuf(handle->fp, nullptr, _IONBF, 0);
-    } catch (const std::exception&) {
-    }
+    if (qorvel::open_streams::image_of(handle->fp)) setvbuf(handle->fp, nullptr, _IONBF, 0);
     return 0;
 }
 
@@ -97,15 +93,11 @@ extern "C" void closecfg(CFGHANDLE* handle) {
 
 namespace {
 
-// The search through the file's image; -1 when the section is absent, -2
-// when the stream has no image (or indexing it failed) and must be read.
+// The search through the file's image; -1 when the section is absent,
+// kUnanswered when the stream has no image (or no memory) and must be read.
 long indexed_search(FILE* stream, std::string_view header) {
-    try {
-        auto image = qorvel::open_streams::image_of(stream);
-        return image ? image->section_offset(header) : -2;
-    } catch (const std::exception&) {
-        return -2;
-    }
+    auto image = qorvel::open_streams::image_of(stream);
+    return image ? image->section_offset(header) : qorvel::FileImage::kUnanswered;
 }
 
 }  // namespace
@@ -117,7 +109,8 @@ extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
     if (!qorvel::bounded_format(header, sizeof header, "[%s]", sectionName)) return 0;
     std::string_view wanted = header;
 
-    if (long offset = indexed_search(handle->fp, wanted); offset != -2) {
+    if (long offset = indexed_search(handle->fp, wanted);
+        offset != qorvel::FileImage::kUnanswered) {
         // The shared stream ends where a reading search would have left it.
         std::fseek(handle->fp, offset >= 0 ? offset : 0, offset >= 0 ? SEEK_SET : SEEK_END);
         if (offset < 0) return 0;
@@ -179,12 +172,7 @@ extern "C" long find_NextSection(const char* prefix, char* outName, size_t outSi
     char keyword[kLineSize];
     std::string_view name;
     bool found;
-    std::shared_ptr<qorvel::FileImage> image;
-    try {
-        image = qorvel::open_streams::image_of(handle->fp);
-    } catch (const std::exception&) {
-    }
-    if (image) {
+    if (auto image = qorvel::open_streams::image_of(handle->fp)) {
         long at = std::ftell(handle->fp);
         auto start = static_cast<std::size_t>(at < 0 ? 0 : at);
         qorvel::cfg::MemorySource in{image->data(), image->size(), std::min(start, image->size())};

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 #include "config/logical_line.h"
 #include "config/text_split.h"
@@ -243,38 +244,47 @@ long FileImage::search_line_by_line(std::string_view header) const {
     return -1;
 }
 
-long FileImage::section_offset(std::string_view header) {
-    std::lock_guard guard(lock_);
-    std::string key = lower(header);
-    if (auto known = found_.find(key); known != found_.end()) return known->second;
-    if (uncut_ == Uncut::Unknown) {
-        uncut_ = size_ > 0 && Lines(data_, size_).uncut() ? Uncut::Yes : Uncut::No;
+long FileImage::section_offset(std::string_view header) noexcept {
+    try {
+        std::lock_guard guard(lock_);
+        std::string key = lower(header);
+        if (auto known = found_.find(key); known != found_.end()) return known->second;
+        if (uncut_ == Uncut::Unknown) {
+            uncut_ = size_ > 0 && Lines(data_, size_).uncut() ? Uncut::Yes : Uncut::No;
+        }
+        long offset = size_ == 0             ? -1
+                      : uncut_ == Uncut::Yes ? search_by_brackets(header)
+                                             : search_line_by_line(header);
+        found_.emplace(std::move(key), offset);
+        return offset;
+    } catch (const std::bad_alloc&) {
+        return kUnanswered;
     }
-    long offset = size_ == 0             ? -1
-                  : uncut_ == Uncut::Yes ? search_by_brackets(header)
-                                         : search_line_by_line(header);
-    found_.emplace(std::move(key), offset);
-    return offset;
 }
 
-const FileImage::Entries& FileImage::entries_at(std::size_t offset) {
+const FileImage::Entries* FileImage::entries_at(std::size_t offset) noexcept {
     constexpr int kLookupLimit = 2048;  // lookups read lines of up to 2047 characters
-    std::lock_guard guard(lock_);
-    auto [it, added] = entries_.try_emplace(offset);
-    if (!added) return it->second;
-    Entries& section = it->second;
-    char line[kLookupLimit];
-    cfg::MemorySource in{data_, size_, std::min(offset, size_)};
-    for (;;) {
-        std::size_t start = in.pos;
-        if (cfg::read_logical_line(line, kLookupLimit, in) != 0 || line[0] == '[') break;
-        if (line[0] == '\0' || line[0] == '#') continue;
-        char keyword[kLookupLimit];
-        cfg_getkeyword(keyword, line);
-        section.entries.push_back({keyword, start});
+    try {
+        std::lock_guard guard(lock_);
+        if (auto known = entries_.find(offset); known != entries_.end()) return &known->second;
+        // Listed aside and kept only when whole: a list cut short by a
+        // failed allocation would hide keys from every later lookup.
+        Entries section;
+        char line[kLookupLimit];
+        cfg::MemorySource in{data_, size_, std::min(offset, size_)};
+        for (;;) {
+            std::size_t start = in.pos;
+            if (cfg::read_logical_line(line, kLookupLimit, in) != 0 || line[0] == '[') break;
+            if (line[0] == '\0' || line[0] == '#') continue;
+            char keyword[kLookupLimit];
+            cfg_getkeyword(keyword, line);
+            section.entries.push_back({keyword, start});
+        }
+        section.end = in.pos;
+        return &entries_.emplace(offset, std::move(section)).first->second;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
-    section.end = in.pos;
-    return section;
 }
 
 }  // namespace qorvel

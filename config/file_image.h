@@ -14,7 +14,8 @@ namespace qorvel {
 
 class FileImage {
   public:
-    // Maps the file open on `fd`; nullptr when it cannot be mapped.
+    // Maps the file open on `fd`; nullptr when it cannot be mapped. May throw
+    // std::bad_alloc.
     static std::shared_ptr<FileImage> map(int fd);
     ~FileImage();
     FileImage(const FileImage&) = delete;
@@ -24,13 +25,16 @@ class FileImage {
     std::size_t size() const { return size_; }
 
     // Where the lines of the first section whose header word is `header`
-    // ("[name]", compared without regard to case) begin; -1 when none. Each
-    // answer is kept, so the many searches of one read scan the file once.
-    long section_offset(std::string_view header);
+    // ("[name]", compared without regard to case) begin; -1 when none;
+    // kUnanswered when memory ran out, and the stream must be read instead.
+    // Each answer is kept, so the many searches of one read scan the file once.
+    static constexpr long kUnanswered = -2;
+    long section_offset(std::string_view header) noexcept;
 
     // The entries of the section whose lines begin at `offset`, as a lookup
     // reads them: each line's keyword and start, in file order, and where a
-    // lookup that finds none leaves the stream. Built on first use and kept.
+    // lookup that finds none leaves the stream. Built on first use and kept;
+    // nullptr when memory ran out, and the stream must be read instead.
     struct Entry {
         std::string keyword;
         std::size_t start;
@@ -39,7 +43,7 @@ class FileImage {
         std::vector<Entry> entries;
         std::size_t end;
     };
-    const Entries& entries_at(std::size_t offset);
+    const Entries* entries_at(std::size_t offset) noexcept;
 
   private:
     enum class Uncut { Unknown, Yes, No };

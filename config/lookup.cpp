@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <memory>
 #include <string_view>
 
@@ -48,30 +47,24 @@ bool scan_section(Source& in, const char* key, Entry& entry) {
 // Scans the section from its recorded offset for `key`: in the file's image
 // when it has one, else through the stream.
 bool find_entry(const CFGHANDLE& handle, const char* key, Entry& entry) {
-    std::shared_ptr<FileImage> image;
-    try {
-        image = open_streams::image_of(handle.fp);
-        if (image) image->entries_at(static_cast<std::size_t>(handle.sectionOffset));
-    } catch (const std::exception&) {
-        image.reset();  // no memory for the image's lists: read the stream instead
-    }
-    if (!image) {
+    std::shared_ptr<FileImage> image = open_streams::image_of(handle.fp);
+    const FileImage::Entries* section =
+        image ? image->entries_at(static_cast<std::size_t>(handle.sectionOffset)) : nullptr;
+    if (!section) {
         std::fseek(handle.fp, handle.sectionOffset, SEEK_SET);
         cfg::StreamSource in{handle.fp};
         return scan_section(in, key, entry);
     }
     // Only the matching line is read; the stream ends where a reading lookup
     // would have left it: after that line, or where the section ends.
-    const FileImage::Entries& section =
-        image->entries_at(static_cast<std::size_t>(handle.sectionOffset));
-    for (const FileImage::Entry& candidate : section.entries) {
+    for (const FileImage::Entry& candidate : section->entries) {
         if (strcasecmp(candidate.keyword.c_str(), key) != 0) continue;
         cfg::MemorySource in{image->data(), image->size(), candidate.start};
         bool found = scan_section(in, key, entry);
         std::fseek(handle.fp, static_cast<long>(in.pos), SEEK_SET);
         return found;
     }
-    std::fseek(handle.fp, static_cast<long>(section.end), SEEK_SET);
+    std::fseek(handle.fp, static_cast<long>(section->end), SEEK_SET);
     return false;
 }
 

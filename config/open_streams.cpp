@@ -46,13 +46,17 @@ void remove(FILE* stream) {
     std::erase_if(opened, [&](const Opened& o) { return o.stream == stream; });
 }
 
-std::shared_ptr<FileImage> image_of(FILE* stream) {
+std::shared_ptr<FileImage> image_of(FILE* stream) noexcept {
     if (!stream) return nullptr;
     std::lock_guard guard(lock);
     auto it = std::find_if(opened.begin(), opened.end(),
                            [&](const Opened& o) { return o.stream == stream; });
     if (it == opened.end()) return nullptr;
-    if (!it->image) it->image = FileImage::map(fileno(stream));
+    try {
+        if (!it->image) it->image = FileImage::map(fileno(stream));
+    } catch (const std::bad_alloc&) {
+        return nullptr;  // the stream is then read as it always could be
+    }
     return it->image;
 }
 

@@ -24,7 +24,7 @@ void remove(FILE* stream);
 
 // The image of the file open on `stream`, mapped on first use and shared by
 // every copy of its handle until it is closed; nullptr for a stream opencfg
-// did not open, or a file that cannot be mapped.
-std::shared_ptr<FileImage> image_of(FILE* stream);
+// did not open, or a file that cannot be mapped (or no memory to map it).
+std::shared_ptr<FileImage> image_of(FILE* stream) noexcept;
 
 }  // namespace qorvel::open_streams
