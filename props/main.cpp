@@ -16,16 +16,17 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr int kFailure = 2;  // a usage error, or a file or kind that cannot be read
+constexpr int kNotFound = 1;  // no level of a section, or no key, exists
+constexpr int kFailure = 2;   // a usage error, or a file or kind that cannot be read
 
 struct Command {
     std::vector<std::string> words;  // the command and its operands
     bool json = false, raw = false, lines = false;
 };
 
-int fail(const std::string& message) {
+int fail(const std::string& message, int status = kFailure) {
     std::cerr << "qorvel-props: " << message << '\n';
-    return kFailure;
+    return status;
 }
 
 void print(const Json& json) { std::cout << json.dump(2) << '\n'; }
@@ -33,6 +34,17 @@ void print(const Json& json) { std::cout << json.dump(2) << '\n'; }
 bool load(const std::string& path, props::FileText& file) {
     if (file.load(path)) return true;
     fail("cannot read " + path);
+    return false;
+}
+
+// The section named by the command's FILE and SECTION operands, resolved;
+// false after a message when the file cannot be read.
+bool resolve(const Command& c, props::Resolution& resolution) {
+    props::FileText file;
+    std::string error;
+    if (!load(c.words[1], file)) return false;
+    if (props::resolve(file, c.words[2], c.raw, resolution, error)) return true;
+    fail(error);
     return false;
 }
 
@@ -57,11 +69,8 @@ int sections(const Command& c) {
 }
 
 int show(const Command& c) {
-    props::FileText file;
     props::Resolution resolution;
-    std::string error;
-    if (!load(c.words[1], file)) return kFailure;
-    if (!props::resolve(file, c.words[2], c.raw, resolution, error)) return fail(error);
+    if (!resolve(c, resolution)) return kFailure;
     Json out = {{"file", c.words[1]},
                 {"section", c.words[2]},
                 {"levels", Json::array()},
@@ -86,18 +95,15 @@ int show(const Command& c) {
                     s.failed ? " substitution failed" : "");
     }
     if (c.json) print(out);
-    if (!any) return fail("no level of " + c.words[2] + " is in " + c.words[1]) - 1;
+    if (!any) return fail("no level of " + c.words[2] + " is in " + c.words[1], kNotFound);
     return 0;
 }
 
 int get(const Command& c) {
-    props::FileText file;
     props::Resolution resolution;
-    std::string error;
-    if (!load(c.words[1], file)) return kFailure;
-    if (!props::resolve(file, c.words[2], c.raw, resolution, error)) return fail(error);
+    if (!resolve(c, resolution)) return kFailure;
     const props::Setting* s = props::find_setting(resolution, c.words[3]);
-    if (!s) return fail(c.words[3] + " is set in no level of " + c.words[2]) - 1;
+    if (!s) return fail(c.words[3] + " is set in no level of " + c.words[2], kNotFound);
     if (c.json) {
         print({{"key", s->key}, {"value", s->value}, {"level", s->level}, {"line", s->line}});
     } else {
