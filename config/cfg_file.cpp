@@ -172,18 +172,21 @@ extern "C" long find_NextSection(const char* prefix, char* outName, size_t outSi
     char keyword[kLineSize];
     std::string_view name;
     bool found;
+    long after;  // where the stream stands once the search is done
     if (auto image = qorvel::open_streams::image_of(handle->fp)) {
         long at = std::ftell(handle->fp);
         auto start = static_cast<std::size_t>(at < 0 ? 0 : at);
         qorvel::cfg::MemorySource in{image->data(), image->size(), std::min(start, image->size())};
         found = next_header(in, wanted, name, line, keyword);
-        std::fseek(handle->fp, static_cast<long>(in.pos), SEEK_SET);
+        after = static_cast<long>(in.pos);
+        std::fseek(handle->fp, after, SEEK_SET);
     } else {
         qorvel::cfg::StreamSource in{handle->fp};
         found = next_header(in, wanted, name, line, keyword);
+        after = found ? std::ftell(handle->fp) : 0;
     }
     if (!found) return CFG_NO_MORE_SECTIONS;
-    handle->sectionOffset = std::ftell(handle->fp);
+    handle->sectionOffset = after;
     std::size_t dot = name.rfind('.');
     if (dot != std::string_view::npos) name.remove_prefix(dot + 1);
     if (outName && outSize > 0) qorvel::bounded_copy(outName, outSize, name);
