@@ -90,8 +90,8 @@ int getopt(int argc, char* const argv[], const char* optstring) {
         if (is_long_option(argv[optind])) {
             optarg = argv[optind] + 2;
             next_argument();
-            result = kLongOption;
-            break;
+            last_optind = 0;  // a long option takes no word after it: that word is scanned
+            return kLongOption;
         }
         if (is_option_group(argv[optind])) {
             result = scan_group(argc, argv, optstring);

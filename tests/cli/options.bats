@@ -27,10 +27,24 @@ usage_text() {
 248|-z -m silent java Main|illegal option -- z
 248|-d: java Main|
 248|-c|option requires an argument -- c
+248|-c -d java Main|option requires an argument -- c
 CASES
   # A failing option ends the run at once, with its own code instead.
   run --separate-stderr "$QORVEL" -z -w '$QV_UNSET/x' java Main
   [ "$status:$stderr" = 253:"$QORVEL: illegal option -- z"$'\n'"Unabled to set -w <workDir> option, error in argument: (\$QV_UNSET/x)" ]
+}
+
+@test "options end at the first word, at '--', or at a dash inside a group" {
+  while IFS='|' read -r words vector; do
+    run --separate-stderr env -u PATH "$QORVEL" --dry-run $words
+    [ "$status:$output" = "0:$vector" ] || { echo "$words: $output"; false; }
+  done <<'CASES'
+J -d|J -d
+-d -- J -s|J -s
+-d - J|J
+-d-s -s J|-s J
+-u a -dsw/tmp J x|J x
+CASES
 }
 
 @test "each expanded option fails with its code and message naming the argument, or silently" {
