@@ -4,8 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <string>
 
 #include "launcher/environment.h"
 #include "launcher/settings.h"
@@ -30,15 +28,6 @@ TEST(NameToId, NumbersBetweenBlanksUpToTheLastUsableId) {
         EXPECT_EQ(uname2id(c.text), c.id) << c.text;
         EXPECT_EQ(gname2id(c.text), c.id) << c.text;
     }
-}
-
-TEST(ChildStart, ARefusedPasswordIsWipedAndNothingForks) {
-    settings = LaunchSettings{};
-    bounded_copy(settings.outputDesc, "none");
-    unsetenv("QRB_AUTH_DEBUG");
-    char password[kIdentityFieldSize] = "secret";
-    EXPECT_EQ(child_start("no-such-user-qv", "", password, 0), kPasswordRefused);
-    EXPECT_EQ(std::string(password, 6), std::string(6, '\0'));
 }
 
 TEST(QueryPid, TellsLivingFromGone) {

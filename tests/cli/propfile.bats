@@ -20,7 +20,7 @@ policyfile=/etc/app.policy
 jvmargs=-Xmx64m -Dorigin=linux
 
 [Tools]
-classpath=tools.jar
+classpath=t
 PROPS
   printf '[Common]\nclasspath=installed.jar\n' >vtx/properties/JavaTools.properties
 }
@@ -35,7 +35,7 @@ classpath() { sed -n 's/^env=CLASSPATH=//p' <<<"$output"; }
   [ "$(jvm_words)" = "-classpath|/opt/lib/a.jar: /opt/lib/b.jar|-Xmx64m|-Dorigin=linux|-Djava.security.policy=/etc/app.policy|Main|one" ]
   [ -z "$(classpath)" ]
   run --separate-stderr "$QORVEL" -a 'app.properties::Tools' "$FAKE_JVM" Main
-  [ "$(jvm_words)" = "-classpath|tools.jar|Main" ]
+  [ "$(jvm_words)" = "-classpath|t|Main" ]  # a value of one character is kept
   # An empty argument reads the installed default file.
   run --separate-stderr "$QORVEL" -a '' "$FAKE_JVM" Main
   [ "$(jvm_words)" = "-classpath|installed.jar|Main" ]
