@@ -1,49 +1,131 @@
-// Treats the input as a properties file: section search, enumeration,
-// lookups with substitution and the inherited multi-key read.
+// Arbitrary bytes as a properties file. The section search and the lookups
+// through the file's image must agree with reading the same rules line by line
+// through the stream, in what they find and where they leave the stream; the
+// lookups with substitution and the inherited read must stay in their buffers.
+#include <strings.h>
 #include <unistd.h>
 
+#include <cctype>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "config/properties_reader.h"
 #include "qorvel/config.h"
 
 namespace {
 
+constexpr std::uint32_t kWhole = PROP_STRING | PROP_WHOLE_LINE;
 std::string g_path;
 
-constexpr const char* kSections[] = {"Common", "Common.Linux", "S", "a.b.c", ""};
-constexpr const char* kKeys[] = {"classpath", "jvmargs", "a", "k", "x"};
-
-// A guard byte after each buffer catches any write past its end.
+// A guard byte after the buffer catches any write past its end.
 struct Guarded {
-    char text[CFG_VALUE_SIZE];
+    char text[CFG_VALUE_SIZE] = "";
     char guard = '\x5a';
+    void check() const {
+        if (guard != '\x5a' || strnlen(text, sizeof text) == sizeof text) std::abort();
+    }
 };
 
-void check(const Guarded& g) {
-    if (g.guard != '\x5a' || strnlen(g.text, sizeof g.text) == sizeof g.text) std::abort();
+std::string first_word(const char* line) {
+    const char* start = line;
+    while (std::isspace(static_cast<unsigned char>(*start))) ++start;
+    const char* end = start;
+    while (*end && !(std::isspace(static_cast<unsigned char>(*end)) && end[-1] != '\\')) ++end;
+    std::string word(start, end);
+    for (char& c : word) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return word;
 }
 
-void lookups(CFGHANDLE& h) {
-    for (const char* key : kKeys) {
-        Guarded out;
-        getPropValue(&h, key, out.text, sizeof out.text, PROP_STRING | PROP_WHOLE_LINE, nullptr,
-                     PROP_NO_DEFAULT_NUMBER, 1);
-        check(out);
-        long number = 0;
-        getPropValue(&h, key, &number, sizeof number, PROP_INTEGER, nullptr, 7, 1);
+// Every logical line read in turn: where each header word first ends, and some keys.
+struct Reference {
+    std::map<std::string, long> sections;
+    std::vector<std::string> keys{"classpath", "jvmargs"};
+
+    explicit Reference(std::FILE* f) {
+        char line[2048], keyword[2048];
+        while (cfg_getline(line, 2047, f) == 0) {
+            std::string word = first_word(line);
+            if (word[0] == '[') sections.try_emplace(word, std::ftell(f));
+            if (keys.size() < 10 && line[0] != '\0' && line[0] != '#' && line[0] != '[') {
+                cfg_getkeyword(keyword, line);
+                keys.push_back(keyword);
+            }
+        }
     }
+};
+
+// `h` must answer `key` as reading `f` from `offset` does, and leave its
+// stream where that reading stops.
+void lookup_alike(CFGHANDLE& h, std::FILE* f, long offset, const char* key) {
+    std::fseek(f, offset, SEEK_SET);
+    char line[2048], keyword[2048];
+    std::string expected;
+    while (cfg_getline(line, 2048, f) == 0 && line[0] != '[') {
+        if (line[0] == '\0' || line[0] == '#') continue;
+        cfg_getkeyword(keyword, line);
+        if (strcasecmp(keyword, key) == 0) {
+            expected = std::string(line).substr(0, 1023) + '\x01';  // marks an empty value found
+            break;
+        }
+    }
+    char value[CFG_VALUE_SIZE];
+    long rc = getPropValue(&h, key, value, sizeof value, kWhole, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
+    if ((rc == 0 ? std::string(value) + '\x01' : "") != expected) std::abort();
+    if (std::ftell(h.fp) != std::ftell(f)) std::abort();
+}
+
+void substituted_lookup(CFGHANDLE h, const char* key) {
+    Guarded out;
+    getPropValue(&h, key, out.text, sizeof out.text, kWhole, nullptr, PROP_NO_DEFAULT_NUMBER, 1);
+    out.check();
+    long number = 0;
+    getPropValue(&h, key, &number, sizeof number, PROP_INTEGER, nullptr, 7, 1);
+}
+
+// The enumeration through the image of `h` and through a handle whose stream
+// the library did not open, which it reads as a stream.
+void enumerate_alike(CFGHANDLE& h, std::FILE* f) {
+    CFGHANDLE plain = h;
+    plain.fp = f;
+    std::fseek(h.fp, 0, SEEK_SET);
+    std::fseek(f, 0, SEEK_SET);
+    char a[64], b[64];
+    for (int i = 0; i < 64; ++i) {
+        long ra = find_NextSection("", a, sizeof a, &h);
+        long rb = find_NextSection("", b, sizeof b, &plain);
+        if (ra != rb || std::ftell(h.fp) != std::ftell(f)) std::abort();
+        if (ra != 0) break;
+        if (std::strcmp(a, b) != 0 || h.sectionOffset != plain.sectionOffset) std::abort();
+    }
+}
+
+void search_alike(std::FILE* f) {
+    Reference ref(f);
+    CFGHANDLE h;
+    if (opencfg(nullptr, nullptr, g_path.c_str(), &h) != 0) std::abort();
+    for (const auto& [word, offset] : ref.sections) {
+        if (word.size() < 2 || word.back() != ']' || word.size() > CFG_SECTION_NAME_MAX + 2) continue;
+        if (find_Section(word.substr(1, word.size() - 2).c_str(), &h) != 1) std::abort();
+        if (h.sectionOffset != offset || std::ftell(h.fp) != offset) std::abort();
+        for (const std::string& key : ref.keys) {
+            lookup_alike(h, f, offset, key.c_str());
+            substituted_lookup(h, key.c_str());
+        }
+    }
+    if (find_Section("no such section", &h) != 0) std::abort();
+    enumerate_alike(h, f);
+    closecfg(&h);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     setenv("HOME", "/home/fuzz", 1);
-    setenv("VTX", "/opt/vtx", 1);
     setenv("LONG", std::string(2000, 'L').c_str(), 1);
     unsetenv("UNSET");
     g_path = "/tmp/qorvel_properties_fuzz_" + std::to_string(getpid());
@@ -51,26 +133,19 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    FILE* f = std::fopen(g_path.c_str(), "wb");
-    if (!f) return 0;
-    std::fwrite(data, 1, size, f);
+    std::FILE* out = std::fopen(g_path.c_str(), "wb");
+    if (!out) return 0;
+    std::fwrite(data, 1, size, out);
+    std::fclose(out);
+    std::FILE* f = std::fopen(g_path.c_str(), "r");
+    search_alike(f);
     std::fclose(f);
 
-    CFGHANDLE h;
-    if (opencfg(nullptr, nullptr, g_path.c_str(), &h) != 0) return 0;
-    char name[32];
-    for (int i = 0; i < 64 && find_NextSection("", name, sizeof name, &h) == 0; ++i) lookups(h);
-    for (const char* section : kSections) {
-        if (find_Section(section, &h)) lookups(h);
-    }
-    closecfg(&h);
-
     Guarded cp, args;
-    cp.text[0] = args.text[0] = '\0';
     const qorvel::PropertyRequest requests[] = {{"classpath", cp.text, sizeof cp.text},
                                                 {"jvmargs", args.text, sizeof args.text}};
     qorvel::read_properties(1, g_path.c_str(), "a.b.c", requests);
-    check(cp);
-    check(args);
+    cp.check();
+    args.check();
     return 0;
 }
