@@ -175,13 +175,4 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
     EXPECT_EQ(open(nullptr, nullptr, nullptr), std::pair(CFG_NOT_FOUND, std::string()));
 }
 
-TEST_F(OpenCfg, ACutInstallPathIsRefusedUntouched) {
-    char small[4] = "old";
-    char* p = small;
-    EXPECT_EQ(getInstallPath(&p, sizeof small), ENAMETOOLONG);
-    EXPECT_STREQ(small, "old");
-    EXPECT_EQ(is_directory(vtx_.c_str()), 1);
-    EXPECT_EQ(is_directory(local_.path()), 0);
-}
-
 }  // namespace

@@ -1,12 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <iterator>
 #include <regex>
 #include <sstream>
 #include <string>
@@ -77,15 +75,6 @@ TEST(LogPbCb, WritesTheStampTheHeaderAndTheBytesAsOneLineOfText) {
     std::string got = captured([](FILE* log) { LogPbCb(log, 1, 0, "ab\x01\x7F c~", 7, "pb:"); });
     std::regex stamped(R"(\n\w{3} \w{3} [ \d]\d \d\d:\d\d:\d\d \d{4} :: pb:ab\.\. c~\n)");
     EXPECT_TRUE(std::regex_match(got, stamped)) << got;
-}
-
-// The dump file shows most of the table's deliberate entries; these are the
-// rest, which a plain reduction of the code page would change.
-TEST(Ebctoasc, TableKeepsItsDeliberateEntries) {
-    const std::pair<int, int> deliberate[] = {{0x04, 0x13}, {0x0A, 0x0A}, {0x15, 0x15},
-                                              {0x24, 0x12}, {0x3C, '?'},  {0x3F, '?'}};
-    for (auto [ebcdic, ascii] : deliberate) EXPECT_EQ(ebctoasc[ebcdic], ascii) << ebcdic;
-    EXPECT_EQ(std::count(std::begin(ebctoasc), std::end(ebctoasc), '?'), 127);
 }
 
 // A request block laid out as its readers expect, the pairs following the

@@ -12,7 +12,6 @@ namespace {
 
 using qorvel::services::testing::join;
 using qorvel::testing::TempFile;
-using qorvel::testing::TempInstall;
 
 const char* kChain =
     "[UBroker]\nportNumber=4000\nsrvrDebug=Disabled\nsrvrLogFile=base.log\n"
@@ -59,13 +58,6 @@ TEST(ReadUBproperties, WrongVersionFailsEverySectionThatDoesNotRestateIt) {
     EXPECT_EQ(ReadUBproperties(file.path(), "CV", "ok", r.get(), &detail), 0);
     EXPECT_EQ(join(r->portNumber, r->srvrMinPort), "0|7") << "sections before the fix skipped";
     EXPECT_EQ(detail.code, 10005) << "the earlier failure stays reported";
-}
-
-TEST(ReadCfgCV, ReadsTheInstallationsBrokerFile) {
-    TempInstall install(kChain);
-    auto r = std::make_unique<UBSERVICEINFO>();
-    ASSERT_EQ(readCfg_CV("svc1", r.get(), nullptr), 0);
-    EXPECT_STREQ(r->srvrLogFile, "svc1.log");
 }
 
 TEST(ReadCfgValueCV, AnswersFromTheCachedRecordUntilAReadFails) {

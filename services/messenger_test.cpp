@@ -23,17 +23,6 @@ const char* kCorvane =
     "[UBroker]\n[UBroker.CV]\n[UBroker.CV.a]\n[UBroker.CV.b]\n[UBroker.CVX]\n"
     "[NameServer]\nportNumber=5162\n[NameServer.NS1]\nhostName=nshost\n";
 
-TEST(MessengerAndNameServer, ReadTheirSectionChains) {
-    TempFile file(kCorvane);
-    MsngrServiceInfo msngr{};
-    EXPECT_EQ(join(ReadMsngrProperties(file.path(), "CGIIP", &msngr, nullptr), msngr.RootPath,
-                   msngr.logFile, msngr.AllowMsngrCmds),
-              "0|/web/root|msngr.log|1");
-    NSserviceInfo ns{};
-    EXPECT_EQ(join(ReadNSproperties(file.path(), "NS1", &ns, nullptr), ns.portNumber, ns.hostName),
-              "0|5162|nshost");
-}
-
 TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
     TempInstall install(kCorvane);
     TempFile cnf(kCorvane);
