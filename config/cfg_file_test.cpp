@@ -54,22 +54,6 @@ TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
     closecfg(&h);  // twice is harmless
 }
 
-TEST(FindNextSection, ReportsChildrenInFileOrderCutToTheBuffer) {
-    TempFile file(kSections);
-    CFGHANDLE h;
-    ASSERT_EQ(opencfg("UBroker.CV", nullptr, file.path(), &h), 0);
-    std::vector<std::string> found;
-    char name[64];
-    while (find_NextSection("UBroker.CV", name, sizeof name, &h) == 0) found.emplace_back(name);
-    EXPECT_EQ(found, (std::vector<std::string>{"broker1", "CVX", "broker2", "broker1"}));
-    EXPECT_EQ(find_NextSection("UBroker.CV", name, sizeof name, &h), CFG_NO_MORE_SECTIONS);
-    EXPECT_STREQ(h.sectionHeader, "[UBroker.CV]");  // enumeration leaves the header alone
-    ASSERT_EQ(find_Section("UBroker.CV", &h), 1);   // and a search starts it over
-    EXPECT_EQ(find_NextSection("UBroker.CV", name, 4, &h), 0);
-    EXPECT_STREQ(name, "bro");
-    closecfg(&h);
-}
-
 // The search through a file's image must find what reading it line by line
 // finds, where it finds it, and leave the stream alike: a handle whose stream
 // the library did not open is read line by line.

@@ -85,7 +85,6 @@ TEST_F(Lookup, AppliesDefaults) {
         const char* key;
         long dflt, expected, status;
     } const numbers[] = {{"PORTNUMBER", 7, 3090, 0},
-                         {"absent", 7, 7, 0},
                          {"absent", PROP_NO_DEFAULT_NUMBER, 4294967295L, 2}};
     long value = 0;
     for (const auto& c : numbers) {

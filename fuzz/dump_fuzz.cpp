@@ -16,29 +16,23 @@ void put(std::vector<unsigned char>& block, T value) {
     block.insert(block.end(), p, p + sizeof value);
 }
 
-// Picks a byte of the input, cycling; 0 for an empty input.
-unsigned pick(const std::uint8_t* data, std::size_t size, std::size_t i) {
-    return size ? data[i % size] : 0;
-}
-
+// The block's fields and control information are the input's first bytes;
+// each parameter block points at a stretch of the input.
 std::vector<unsigned char> request_from(const std::uint8_t* data, std::size_t size) {
-    std::uint32_t info_size = pick(data, size, 0) % 40;
-    unsigned requests = pick(data, size, 1) % 6, responses = pick(data, size, 2) % 6;
+    auto pick = [&](std::size_t i) -> unsigned { return size ? data[i % size] : 0; };
+    std::uint32_t info_size = pick(0) % 40;
+    unsigned requests = pick(1) % 6, responses = pick(2) % 6;
     std::vector<unsigned char> block;
     put(block, info_size);
     put(block, static_cast<std::uint8_t>(requests));
     put(block, static_cast<std::uint8_t>(responses));
     put(block, std::uint16_t{0});
-    for (std::size_t i = 3; i < 7; ++i)
-        put(block, static_cast<std::uint32_t>(pick(data, size, i) * 0x01010101u));
-    for (std::uint32_t i = 0; i < info_size; ++i)
-        block.push_back(static_cast<unsigned char>(pick(data, size, 7 + i)));
+    for (std::size_t i = 0; i < 16 + info_size; ++i)
+        put(block, static_cast<std::uint8_t>(pick(3 + i)));
     for (unsigned p = 0; p < requests + responses; ++p) {
-        std::size_t offset = size ? (pick(data, size, 8 + 2 * p) * 131u) % size : 0;
-        std::uint32_t count = static_cast<std::uint32_t>(
-            size ? pick(data, size, 9 + 2 * p) * 7u % (size - offset + 1) : 0);
+        std::size_t offset = size ? pick(8 + 2 * p) * 131u % size : 0;
         put(block, reinterpret_cast<std::uintptr_t>(data + offset));
-        put(block, count);
+        put(block, static_cast<std::uint32_t>(pick(9 + 2 * p) * 7u % (size - offset + 1)));
         put(block, std::uint32_t{0});
     }
     return block;

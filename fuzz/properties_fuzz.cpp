@@ -74,7 +74,8 @@ void lookup_alike(CFGHANDLE& h, std::FILE* f, long offset, const char* key) {
         }
     }
     char value[CFG_VALUE_SIZE];
-    long rc = getPropValue(&h, key, value, sizeof value, kWhole, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
+    long rc =
+        getPropValue(&h, key, value, sizeof value, kWhole, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
     if ((rc == 0 ? std::string(value) + '\x01' : "") != expected) std::abort();
     if (std::ftell(h.fp) != std::ftell(f)) std::abort();
 }
@@ -109,7 +110,8 @@ void search_alike(std::FILE* f) {
     CFGHANDLE h;
     if (opencfg(nullptr, nullptr, g_path.c_str(), &h) != 0) std::abort();
     for (const auto& [word, offset] : ref.sections) {
-        if (word.size() < 2 || word.back() != ']' || word.size() > CFG_SECTION_NAME_MAX + 2) continue;
+        if (word.size() < 2 || word.back() != ']' || word.size() > CFG_SECTION_NAME_MAX + 2)
+            continue;
         if (find_Section(word.substr(1, word.size() - 2).c_str(), &h) != 1) std::abort();
         if (h.sectionOffset != offset || std::ftell(h.fp) != offset) std::abort();
         for (const std::string& key : ref.keys) {

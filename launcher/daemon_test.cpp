@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-
 #include "launcher/environment.h"
 #include "launcher/settings.h"
 #include "util/bounded_text.h"

@@ -68,11 +68,4 @@ TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKeyAndKeepsTheRecordInForc
     }
 }
 
-TEST(GetUpdateFunction, MatchesNamesExactlyElseTheEndingPair) {
-    const UpdateFuncEntry table[] = {{deferred, "update_a"}, {connectProc, nullptr}};
-    EXPECT_EQ(getUpdateFunction("update_a", table), deferred);
-    EXPECT_EQ(getUpdateFunction("UPDATE_A", table), connectProc);
-    EXPECT_EQ(getUpdateFunction("update_b", table), connectProc);
-}
-
 }  // namespace

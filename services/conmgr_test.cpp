@@ -57,7 +57,6 @@ TEST(ReadConfigProperties, ServiceNamesBuildTheChain) {
         long result;
     } cases[] = {
         {"extra_dots_are_ignored", "sports..cfg1.", 0},
-        {"leading_dot_is_ignored", ".sports.cfg1", 0},
         {"seven_parts_fit", "a.b.c.d.e.f.g", 10004},
         {"eight_parts_are_refused", "a.b.c.d.e.f.g.h", ENAMETOOLONG},
         {"overlong_name_is_refused", longPart.c_str(), ENAMETOOLONG},

@@ -42,9 +42,7 @@ TEST(DefaultDir, ReplacesOnlyDotAndDotSlash) {
 // The where-text with the test's file as "<file>" and installation as "<vtx>".
 std::string placeholders(std::string text, const std::string& file, const std::string& vtx) {
     for (const auto& [from, to] : {std::pair{file, "<file>"}, std::pair{vtx, "<vtx>"}}) {
-        for (auto at = text.find(from); at != std::string::npos; at = text.find(from)) {
-            text.replace(at, from.size(), to);
-        }
+        if (auto at = text.find(from); at != std::string::npos) text.replace(at, from.size(), to);
     }
     return text;
 }
@@ -54,8 +52,7 @@ std::string placeholders(std::string text, const std::string& file, const std::s
 const char* kFailures =
     "[UBroker]\n[UBroker.CV]\n"
     "[UBroker.CV.ring]\nuuid=!{value-of:x}\nx=!{value-of:y}\ny=!{value-of:x}\n"
-    "[UBroker.CV.old]\ninfoVersion=9000\n[NameServer]\n[NameServer.old]\ninfoVersion=9000\n"
-    "[Corvane]\n[Corvane.Messengers]\n[Corvane.Messengers.old]\ninfoVersion=9000\n"
+    "[UBroker.CV.old]\ninfoVersion=9000\n"
     "[configuration]\n[configuration.sports.cfg1]\n[server]\n";
 
 TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
@@ -77,11 +74,9 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     int64_t updateResult = 0;
     UBSERVICEINFO ub{};
     MsngrServiceInfo msngr{};
-    NSserviceInfo ns{};
     CNFGserviceInfo cnfg{};
     ReplServerPropsV2 server{};
     ReplTransitionProps transition{};
-    SQLConfigurationProperties sql{};
     const struct {
         const char* name;
         std::function<long(ErrDetail*)> read;
@@ -109,13 +104,6 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
          "10004|10015|10004|6275|UpdateUBproperties read property file" + unknown},
         {"messenger_null_name", [&](auto d) { return ReadMsngrProperties(f, nullptr, &msngr, d); },
          "10007|10007|0|6275|ReadMsngrProperties" + noName},
-        {"messenger_wrong_version",
-         [&](auto d) { return ReadMsngrProperties(f, "old", &msngr, d); },
-         "10005|10005|0|6275|ReadMsngrProperties" + badVersion},
-        {"name_server_empty_name", [&](auto d) { return ReadNSproperties(f, "", &ns, d); },
-         "10007|10007|0|6275|ReadNSproperties" + noName},
-        {"config_empty_name", [&](auto d) { return ReadConfigProperties(f, "", &cnfg, 0, d); },
-         "10007|10007|0|6275|ReadConfigProperties" + noName},
         {"config_missing_middle_section_is_recorded_but_passes",
          [&](auto d) { return ReadConfigProperties(f, "sports.cfg1", &cnfg, 0, d); },
          "0|10004|0|6275|find_Section of <file> for section configuration.sports" + noService},
@@ -128,9 +116,6 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
         {"transition_missing_section",
          [&](auto d) { return ReadReplTransitionProperties(f, &transition, 0, d); },
          "10004|10004|0|6275|find_Section of <file> for section transition" + noService},
-        {"sql_config_overlong_name",
-         [&](auto d) { return ReadSQLConfigProperties(f, longName.c_str(), &sql, d); },
-         tooLong + "ReadSQLConfigProperties section name" + tooLongText},
     };
     for (const auto& c : cases) {
         ErrDetail detail{};

@@ -59,14 +59,15 @@ TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
     EXPECT_EQ(allow, -5) << "a null address leaves the flag alone";
 }
 
+// A key above every header is no key of the missing section.
 TEST(CorvaneInfo, PathsAndComponentFlags) {
     const struct {
         const char* text;
-        std::string paths;  // result, RootPath, ScriptPath, WorkDir; an absent key leaves its name
-        std::string flags;  // result, flags
+        std::string got;  // paths result, RootPath, ScriptPath, WorkDir, flags result and flags
     } cases[] = {
-        {kCorvane, "0|/web/root|/cgi-bin|/work/dir", "0|1010011"},
-        {"[Corvane]\nComponents=1\n", "2|RootPath||", "0|1000000"},
+        {kCorvane, "0|/web/root|/cgi-bin|/work/dir|0|10100119"},
+        {"[Corvane]\nComponents=1\n", "2|RootPath|||0|10000009"},  // an absent key leaves its name
+        {"Components=1\nRootPath=/r\n[Other]\n", "10004||||10004|99999999"},
     };
     for (const auto& c : cases) {
         TempInstall install(c.text);
@@ -74,11 +75,11 @@ TEST(CorvaneInfo, PathsAndComponentFlags) {
         PathInfo info{};
         const long result = getCV_PathInfo(&info);
         unsetenv("WRKDIR");
-        EXPECT_EQ(join(result, info.RootPath, info.ScriptPath, info.WorkDir), c.paths);
-        int64_t flags[7] = {9, 9, 9, 9, 9, 9, 9};
-        std::string digits = std::to_string(getComponentList(flags)) + "|";
-        for (int64_t flag : flags) digits += std::to_string(flag);
-        EXPECT_EQ(digits, c.flags);
+        int64_t flags[8] = {9, 9, 9, 9, 9, 9, 9, 9};  // seven flags and a guard
+        std::string got =
+            join(result, info.RootPath, info.ScriptPath, info.WorkDir, getComponentList(flags), "");
+        for (int64_t flag : flags) got += std::to_string(flag);
+        EXPECT_EQ(got, c.got);
     }
 }
 

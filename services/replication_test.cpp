@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <functional>
 #include <string>
 
 #include "qorvel/services.h"
@@ -43,28 +42,19 @@ TEST(ReplServer, Version2RecordExtendsVersion1AndVersion1StopsAtItsEnd) {
 TEST(SingleSectionReaders, NamesUpToTheirLimitAreLookedForLongerOnesRefused) {
     TempFile file(kRepl);
     const char* f = file.path();
-    ReplControlAgentProps agent;
-    SQLDbProperties db;
-    SQLConfigurationProperties config;
-    PMMGRProps pm;
-    const struct {
-        const char* reader;
-        std::function<long(const char*)> read;
-        std::size_t limit;
-    } cases[] = {
-        {"agent",
-         [&](const char* n) {
-             return ReadReplControlAgentProperties(f, n, &agent, REPL_VERSION_1, nullptr);
-         },
-         49},
-        {"db", [&](const char* n) { return ReadSQLDbProperties(f, n, &db, nullptr); }, 54},
-        {"config", [&](const char* n) { return ReadSQLConfigProperties(f, n, &config, nullptr); },
-         239},
-        {"pm", [&](const char* n) { return ReadPMMGRProperties(f, n, &pm, 0, nullptr); }, 63},
-    };
-    for (const auto& c : cases) {
-        EXPECT_EQ(c.read(std::string(c.limit, 'n').c_str()), 10004) << c.reader;
-        EXPECT_EQ(c.read(std::string(c.limit + 1, 'n').c_str()), ENAMETOOLONG) << c.reader;
+    for (std::size_t extra : {0, 1}) {
+        const long expected = extra ? ENAMETOOLONG : 10004;
+        auto name = [extra](std::size_t limit) { return std::string(limit + extra, 'n'); };
+        ReplControlAgentProps agent;
+        EXPECT_EQ(
+            ReadReplControlAgentProperties(f, name(49).c_str(), &agent, REPL_VERSION_1, nullptr),
+            expected);
+        SQLDbProperties db;
+        EXPECT_EQ(ReadSQLDbProperties(f, name(54).c_str(), &db, nullptr), expected);
+        SQLConfigurationProperties config;
+        EXPECT_EQ(ReadSQLConfigProperties(f, name(239).c_str(), &config, nullptr), expected);
+        PMMGRProps pm;
+        EXPECT_EQ(ReadPMMGRProperties(f, name(63).c_str(), &pm, 0, nullptr), expected);
     }
 }
 

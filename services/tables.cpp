@@ -41,14 +41,19 @@ constexpr std::size_t text_length(const char* text) {
     return n;
 }
 
-// A row is sound when its value and its default fit the field it fills.
+// A row is sound when its value and its default fit the field it fills, and
+// no other row fills that field.
 template <std::size_t N>
 constexpr bool rows_fit(const Key (&keys)[N]) {
-    for (const Key& k : keys) {
+    for (std::size_t i = 0; i < N; ++i) {
+        const Key& k = keys[i];
         bool isInt = (k.flags & PROP_TYPE_MASK) == PROP_INTEGER;
         if (isInt && (k.capacity != 8 || k.fieldSize != 8)) return false;
         if (k.capacity > k.fieldSize) return false;
         if (text_length(k.defaultText) >= k.capacity) return false;
+        for (std::size_t j = 0; j < i; ++j) {
+            if (keys[j].offset == k.offset) return false;
+        }
     }
     return true;
 }

@@ -16,35 +16,6 @@ using namespace qorvel::services;
 using qorvel::services::testing::join;
 using qorvel::testing::TempFile;
 
-// Binding must give every key its own stretch of the record, inside it.
-TEST(DescriptorTables, BindEveryKeyToADistinctFieldInsideTheRecord) {
-    for (const DescriptorTable* t :
-         {&UBcfg_info_layout, &MsngrCfg_info_layout, &NScfg_info_layout, &CNFGcfg_info_layout,
-          &DBcfg_info_layout, &SRVRGRPcfg_info_layout, &replServer_info_layout,
-          &replServerV2_info_layout, &replControlAgent_info_layout, &replControlAgentV2_info_layout,
-          &replAgent_info_layout, &replAgentV2_info_layout, &replTransition_info_layout,
-          &pmmgr_info_layout, &SQLConfigList_info_layout, &SQLConfig_info_layout,
-          &SQLDatabase_info_layout}) {
-        const std::string name = t->entries[0].keyword;
-        ASSERT_EQ(t->entries.back().keyword, nullptr) << name << ": no terminator";
-        std::vector<unsigned char> record(t->recordSize);
-        std::vector<int> owner(t->recordSize, -1);
-        InfoList list = nullptr;
-        ASSERT_EQ(alloc_InfoList(&list, t->entries.data(), t->bytes()), 0);
-        bind_list(list, record.data(), *t);
-        for (std::size_t i = 0; i + 1 < t->entries.size(); ++i) {
-            auto offset = static_cast<unsigned char*>(list[i].value) - record.data();
-            ASSERT_GE(offset, 0) << name << " " << list[i].keyword;
-            ASSERT_LE(offset + list[i].valueSize, t->recordSize) << name << " " << list[i].keyword;
-            for (std::size_t b = 0; b < list[i].valueSize; ++b) {
-                EXPECT_EQ(owner[offset + b], -1) << name << ": " << list[i].keyword << " overlaps";
-                owner[offset + b] = static_cast<int>(i);
-            }
-        }
-        free_InfoList(list);
-    }
-}
-
 // Records full of 'x', so an empty default shows that it was written.
 template <class Record>
 std::unique_ptr<Record> filled() {

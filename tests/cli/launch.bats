@@ -199,10 +199,3 @@ CASES
     [ "$(seen uid <<<"$output")" = "$(id -u)" ]
   done
 }
-
-@test "a password for a user without an account is refused with 5, silent mode included" {
-  QRB_AUTH_DEBUG= run --separate-stderr "$QORVEL" -m silent -d -u 'no-such-user-qv::secret' "$FAKE_JVM"
-  [ "$status:$stderr" = "5:ERROR validating password:Cannot access password entry." ]
-  [ "$(cat authdbg.log)" = "IN qorvel - ERROR validating password: Cannot access password entry." ]
-  ! grep -q secret authdbg.log
-}

@@ -145,8 +145,3 @@ EOF
   masked='<user group password not shown>'
   [ "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" = "(-u) ($masked) (-u$masked) (-du) ($masked)" ]
 }
-
-@test "an unwritable log path is ignored and the run goes on" {
-  run --separate-stderr "$QORVEL" -g -l /nonexistent/dir/q.log -c '$QV_UNSET' java
-  [ "$status:$stderr" = 254:'Unabled to set -c <classpath> option, error in argument: ($QV_UNSET)' ]
-}

@@ -1,13 +1,10 @@
 #!/bin/bash
-# Stands in for the JVM in the launcher's tests. It prints what it was started
-# with, one "key=value" line each, so a test can read it back with grep:
-#   arg[N]=word, env=NAME=value, cwd, umask, pid, ppid, sid, uid/euid/gid/egid,
-#   groups, its open descriptors (fds=0,1,2,...), its SIGPIPE disposition
-#   (sigpipe=default|ignored), its parent's arguments (parent_args=, NULs as
-#   spaces), and "stdin=" lines for its input when an argument is --read-stdin.
-# With --wait-signals it then prints "ready" and waits up to 20 s, printing
-# "signal=N" for each of TERM, INT, HUP, USR1 and USR2 and dying of any but the
-# USRs. It writes "fake_jvm stderr" on standard error and exits with --exit N.
+# Stands in for the JVM in the launcher's tests: prints what it was started with
+# as "key=value" lines (arg[N], env=NAME=value, its process state, descriptors,
+# SIGPIPE disposition and parent's arguments), and "stdin=" lines with
+# --read-stdin. With --wait-signals it prints "ready", reports signals for 20 s
+# and dies of TERM, INT and HUP. It writes "fake_jvm stderr" on standard error
+# and exits with the status after --exit.
 status=0 i=0 words=("$@")
 for word in "$0" "$@"; do
   echo "arg[$i]=$word"
