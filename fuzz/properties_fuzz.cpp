@@ -110,8 +110,7 @@ void search_alike(std::FILE* f) {
     CFGHANDLE h;
     if (opencfg(nullptr, nullptr, g_path.c_str(), &h) != 0) std::abort();
     for (const auto& [word, offset] : ref.sections) {
-        if (word.size() < 2 || word.back() != ']' || word.size() > CFG_SECTION_NAME_MAX + 2)
-            continue;
+        if (word.back() != ']' || word.size() > CFG_SECTION_NAME_MAX + 2) continue;
         if (find_Section(word.substr(1, word.size() - 2).c_str(), &h) != 1) std::abort();
         if (h.sectionOffset != offset || std::ftell(h.fp) != offset) std::abort();
         for (const std::string& key : ref.keys) {

@@ -9,7 +9,6 @@
 #include <sstream>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "qorvel/log.h"
 
@@ -55,13 +54,6 @@ TEST(LogDump, LayoutMatchesTheExpectedTextFiles) {
         });
         EXPECT_EQ(got, expected_file(c.file)) << c.file;
     }
-}
-
-TEST(LogDump, OffsetsPast0xFFFFTakeMoreDigits) {
-    std::vector<unsigned char> data(0x10001, 'z');
-    std::string got = captured([&](FILE* log) { LogDump(log, 0, 0, data.data(), 0x10001, "h"); });
-    EXPECT_NE(got.find("\n FFF0 : 7A"), std::string::npos);
-    EXPECT_TRUE(got.ends_with("\n 10000 : 7A " + std::string(45, ' ') + "z\n"));
 }
 
 TEST(Dumps, NullDataWritesTheHeaderAndTheMarkerOnly) {

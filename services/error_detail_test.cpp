@@ -63,11 +63,7 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
     const std::string longName(250, 's');
     const std::string noName = "|ServiceName cannot be NULL or blank";
     const std::string noService = "|Specified Service Name does not exist";
-    const std::string badVersion = "|UBSERVICEINFO struct is incorrect version";
     const std::string enoent = std::string("|") + std::strerror(ENOENT);
-    const std::string unknown = std::string("|") + std::strerror(10004);  // no text of its own
-    const std::string tooLong = join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275, "");
-    const std::string tooLongText = std::string("|") + std::strerror(ENAMETOOLONG);
     const std::string openMissing =
         "2|10015|2|6275|opencfg of <vtx>/properties/" + std::string(missing);
     const UpdateFuncEntry noHandlers[] = {{nullptr, nullptr}};
@@ -91,17 +87,19 @@ TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
          openMissing + " for service x" + enoent},
         {"broker_overlong_section_name",
          [&](auto d) { return ReadUBproperties(f, "CV", longName.c_str(), &ub, d); },
-         tooLong + "ReadUBproperties section name" + tooLongText},
+         join(ENAMETOOLONG, 10015, ENAMETOOLONG, 6275, "ReadUBproperties section name",
+              std::strerror(ENAMETOOLONG))},
         {"broker_key_keeps_its_own_code",
          [&](auto d) { return ReadUBproperties(f, "CV", "ring", &ub, d); },
          "10010|10010|0|6275|getPropValue for keyword uuid|Specified Keyword Value is invalid"},
         {"broker_wrong_version", [&](auto d) { return ReadUBproperties(f, "CV", "old", &ub, d); },
-         "10005|10005|0|6275|ReadUBproperties" + badVersion},
+         "10005|10005|0|6275|ReadUBproperties|UBSERVICEINFO struct is incorrect version"},
         {"update_failed_read_is_a_system_error",
          [&](auto d) {
              return UpdateUBproperties(f, "CV", "x", &ub, d, nullptr, noHandlers, &updateResult);
          },
-         "10004|10015|10004|6275|UpdateUBproperties read property file" + unknown},
+         join(10004, 10015, 10004, 6275, "UpdateUBproperties read property file",
+              std::strerror(10004))},  // a code with no text of its own
         {"messenger_null_name", [&](auto d) { return ReadMsngrProperties(f, nullptr, &msngr, d); },
          "10007|10007|0|6275|ReadMsngrProperties" + noName},
         {"config_missing_middle_section_is_recorded_but_passes",

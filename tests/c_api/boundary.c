@@ -12,13 +12,11 @@
 
 static int failures;
 
-#define CHECK(cond)                                                    \
-    do {                                                               \
-        if (!(cond)) {                                                 \
-            fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #cond); \
-            ++failures;                                                \
-        }                                                              \
-    } while (0)
+static void check(int ok, int line, const char* text) {
+    if (!ok) fprintf(stderr, "%s:%d: %s\n", __FILE__, line, text);
+    failures += !ok;
+}
+#define CHECK(cond) check((cond) != 0, __LINE__, #cond)
 
 /* [Common] holds a class path of 3,019 characters, joined from three keys by
  * references (its leading unset variable fails environment expansion, which

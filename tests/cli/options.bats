@@ -105,7 +105,7 @@ CASES
 stamp='[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{4}'
 
 @test "the log names the system, dumps the arguments, traces every option and copies the console" {
-  run "$QORVEL" -g -l run.log -dsr027 -ostderr -mverbose -1out.log::x -z java
+  run "$QORVEL" -g -lrun.log -dsr027 -ostderr -mverbose -1out.log::x -z java
   [ "$status" -eq 248 ]
   [ ! -e qorvel.log ]
   grep -Eq "^$stamp :: run.log Opened$" run.log
@@ -114,14 +114,13 @@ stamp='[A-Z][a-z]{2} [A-Z][a-z]{2} [ 0-9][0-9] [0-9]{2}:[0-9]{2}:[0-9]{2} [0-9]{
 qorvel startup argument list:
 arg[0] = ($QORVEL)
 arg[1] = (-g)
-arg[2] = (-l)
-arg[3] = (run.log)
-arg[4] = (-dsr027)
-arg[5] = (-ostderr)
-arg[6] = (-mverbose)
-arg[7] = (-1out.log::x)
-arg[8] = (-z)
-arg[9] = (java)
+arg[2] = (-lrun.log)
+arg[3] = (-dsr027)
+arg[4] = (-ostderr)
+arg[5] = (-mverbose)
+arg[6] = (-1out.log::x)
+arg[7] = (-z)
+arg[8] = (java)
 FCN: processConfig() - process Configuration/Startup options.
 Enabled -d option, DAEMON_START
 Enabled -s option, SUSPEND_AFTER_START

@@ -12,8 +12,7 @@ for word in "$0" "$@"; do
   prev=$word i=$((i + 1))
 done
 tr '\0' '\n' </proc/$$/environ | sed 's/^/env=/'
-echo "cwd=$(pwd -P)"
-echo "umask=$(umask)"
+printf 'cwd=%s\numask=%s\n' "$(pwd -P)" "$(umask)"
 read -r -a stat </proc/$$/stat
 echo "pid=$$" "ppid=$PPID" "sid=${stat[5]}" | tr ' ' '\n'
 while read -r key rest; do
