@@ -36,7 +36,8 @@ TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
         {"too long to name a header", tooLong.c_str(), "[UBroker.CV]", "b\n"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(find_Section(c.section, &h), c.header == "[" + std::string(c.section) + "]")
+        EXPECT_EQ(find_Section(c.section, &h),
+                  c.header == std::string("[").append(c.section).append("]"))
             << c.why;
         EXPECT_STREQ(h.sectionHeader, c.header) << c.why;
         EXPECT_EQ(h.sectionOffset, static_cast<long>(text.find(c.next))) << c.why;
