@@ -149,6 +149,8 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
     EXPECT_EQ(open(nullptr, nullptr, nullptr), std::pair(long{ENAMETOOLONG}, std::string()));
     unsetenv("VTX");
     EXPECT_EQ(open(nullptr, nullptr, nullptr), std::pair(CFG_NOT_FOUND, std::string()));
+    EXPECT_EQ(is_directory(vtx_.c_str()), 1);
+    EXPECT_EQ(is_directory(local_.path()), 0);
 }
 
 }  // namespace

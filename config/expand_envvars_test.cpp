@@ -60,7 +60,6 @@ TEST_F(ExpandEnvvars, FailuresLeaveTheDestinationUntouched) {
         "$HOME.x",
         "${A",
         "$",
-        "$$",
         "$/",
         "ok $A then $UNSET_QV",
         "${" + kLongName + "}",  // a name past its buffer would be cut to some other name
@@ -72,7 +71,9 @@ TEST_F(ExpandEnvvars, LongResultsAndValuesAreCutTo2047Characters) {
     for (const char* src : {"$LONG_QV", "ab${LONG_QV}cd"}) {
         EXPECT_EQ(expand(src).size(), QORVEL_EXPAND_MAX - 1u) << src;
     }
-    EXPECT_EQ(expand(std::string(3000, 's')), std::string(QORVEL_EXPAND_MAX - 1, 's'));
+    // Once the result is full the rest of the text is not read, references included.
+    EXPECT_EQ(expand(std::string(3000, 's') + "${UNSET_QV}"),
+              std::string(QORVEL_EXPAND_MAX - 1, 's'));
 }
 
 }  // namespace

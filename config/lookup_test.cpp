@@ -98,6 +98,7 @@ TEST_F(Lookup, AppliesDefaults) {
 TEST_F(Lookup, SubstitutionStagesRunInOrder) {
     CFGHANDLE h = h_;
     ASSERT_EQ(find_Section("S", &h), 1);
+    const std::string longest = std::string("<!{value-of:").append(1023, 'r').append("}>");
     std::string many;  // as many references as a whole value can hold
     for (int i = 0; i < 78; ++i) many += "!{value-of:r}";
     struct Case {
@@ -113,6 +114,7 @@ TEST_F(Lookup, SubstitutionStagesRunInOrder) {
         {"unclosed reference loses its marker", "k", "x!{value-of:base", "xbase"},
         {"missing key resolves to nothing", "k", "<!{value-of:nothere}>", "<>"},
         {"missing section resolves to nothing", "k", "<!{value-of:Ghost.key}>", "<>"},
+        {"the longest reference is looked up", "k", longest.c_str(), "<>"},
         {"every reference of a full value resolves", "k", many.c_str(), std::string(78, 'x')},
         {"property references before environment", "k", "!{value-of:envval}", "/vtx/lib"},
         {"environment before system properties", "k", "a${QV_REF}b", "ab"},

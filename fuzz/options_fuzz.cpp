@@ -16,17 +16,12 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string input(reinterpret_cast<const char*>(data), size);
     std::vector<std::string> words = {"qorvel"};
-    std::string current;
-    for (std::size_t i = 0; i < size; ++i) {
-        if (data[i] == 0) {
-            words.push_back(current);
-            current.clear();
-        } else {
-            current += static_cast<char>(data[i]);
-        }
+    for (std::size_t start = 0, end = 0; end != std::string::npos; start = end + 1) {
+        end = input.find('\0', start);
+        words.push_back(input.substr(start, end - start));
     }
-    words.push_back(current);
     std::vector<char*> argv;
     for (std::string& w : words) argv.push_back(w.data());
     argv.push_back(nullptr);

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -81,6 +82,18 @@ TEST_F(DebugLog, OpenLogfileNamesTheFileByMonthAndDayAndGivesNoHandleWhenItCanno
     EXPECT_EQ(OpenLogfile(1, prefix.c_str(), name), nullptr);
     EXPECT_EQ(std::string(name), prefix + date + ".log") << "the name is still reported";
     EXPECT_EQ(ExtendLogfile(1, (dir_ / "missing" / "x.log").c_str()), nullptr);
+}
+
+// Draws come from rand(); seeding it again on a later call would break the
+// sequence a caller's srand starts.
+TEST(GetRandom, DrawsOneToNFromTheCallersSequenceAndZeroBelowOne) {
+    get_random(1000);  // the first call seeds
+    std::srand(7);
+    int drawn = get_random(1000);
+    std::srand(7);
+    EXPECT_EQ(drawn, std::rand() % 1000 + 1);
+    EXPECT_EQ(get_random(1), 1);
+    for (int n : {0, -3}) EXPECT_EQ(get_random(n), 0) << n;
 }
 
 }  // namespace

@@ -69,15 +69,4 @@ TEST(ReadConfigProperties, ServiceNamesBuildTheChain) {
     }
 }
 
-TEST(ReadConManager, EmptyBaseReadsNothingAndReleasesTheList) {
-    TempFile file(kChain);
-    CFGHANDLE handle{};
-    ASSERT_EQ(OpenConManager(file.path(), "x", nullptr, 0, &handle, "caller"), 0);
-    InfoList list = nullptr;
-    CfgInfo terminator{};
-    ASSERT_EQ(alloc_InfoList(&list, &terminator, sizeof terminator), 0);
-    EXPECT_EQ(ReadConManager("x", nullptr, list, &handle, "", 0), 0);  // the sanitizer sees a leak
-    closecfg(&handle);
-}
-
 }  // namespace

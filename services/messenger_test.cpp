@@ -17,7 +17,7 @@ const char* kCorvane =
     "[Corvane]\nRootPath=/web/root\nScriptPath=/cgi-bin\nComponents=1010011\n"
     "[Corvane.Messengers]\nlogFile=msngr.log\n"
     "[Corvane.Messengers.CGIIP]\nAllowMsngrCmds=1\ncvmAdmIPList=10.0.0.1,10.0.0.2\nuseConnID=no\n"
-    "[Corvane.Messengers.CVISA]\nAllowMsngrCmds=yes\nuseConnID=0\n"
+    "[Corvane.Messengers.CVISA]\nAllowMsngrCmds=yes\nuseConnID=0\ncvmAdmIPList=10.0.0.1\n"
     "[Corvane.Messengers.CVNSA]\nAllowMsngrCmds=1\n"
     "[UBroker]\n[UBroker.CV]\n[UBroker.CV.a]\n[UBroker.CV.b]\n[UBroker.CVX]\n"
     "[NameServer]\nportNumber=5162\n[NameServer.NS1]\nhostName=nshost\n";
@@ -35,7 +35,7 @@ TEST(MsngrCtlSettings, DecidesCommandsByTheAddressListAndReadsConnectionIds) {
         {"listed_address_allowed", "10.0.0.2", MSNGR_CGIIP, false, "0|1|1"},
         {"longer_address_refused", "10.0.0.20", MSNGR_CGIIP, false, "0|0|1"},
         {"suffix_address_refused", "0.0.1", MSNGR_CGIIP, false, "0|0|1"},
-        {"yes_is_not_one", "10.0.0.1", MSNGR_CVISA, false, "0|0|0"},
+        {"yes_is_not_one_even_for_a_listed_address", "10.0.0.1", MSNGR_CVISA, false, "0|0|0"},
         {"no_list_allows_every_address", "1.2.3.4", MSNGR_CVNSA, false, "0|1|0"},
         {"unknown_type", "10.0.0.1", 4, false, "-1|-5|-5"},
         {"type_zero", "10.0.0.1", 0, false, "-1|-5|-5"},

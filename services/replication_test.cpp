@@ -15,10 +15,7 @@ using qorvel::testing::TempFile;
 const char* kRepl =
     "[server]\ndatabase=/db/source db\nlistener-minport=4000\nrepl-keep-alive=30\n"
     "[control-agent.agent1]\nhost=target\narguments=-a -b\n"
-    "[pm.main]\ninstall-dir=/opt/pm dir\nminport=9000\n"
-    "[sql-configuration]\nconfiguration-names-list=c1, c2\n"
-    "[configuration.c1]\ndatabase-id-list=d1\n"
-    "[database.d1]\nname=first word\nlocation=/data/with blanks\n";
+    "[pm.main]\ninstall-dir=/opt/pm dir\nminport=9000\n";
 
 TEST(ReplServer, Version2RecordExtendsVersion1AndVersion1StopsAtItsEnd) {
     TempFile file(kRepl);
@@ -58,7 +55,7 @@ TEST(SingleSectionReaders, NamesUpToTheirLimitAreLookedForLongerOnesRefused) {
     }
 }
 
-TEST(ProcessManagerAndSql, ReadTheirSections) {
+TEST(ProcessManager, ReadsTheSectionNamedAsGiven) {
     TempFile file(kRepl);
     PMMGRProps pm;
     EXPECT_EQ(join(ReadPMMGRProperties(file.path(), "pm.main", &pm, 0, nullptr), pm.install_dir,
@@ -66,14 +63,6 @@ TEST(ProcessManagerAndSql, ReadTheirSections) {
               "0|/opt/pm dir|9000");
     EXPECT_EQ(ReadPMMGRProperties(file.path(), "main", &pm, 0, nullptr), 10004)
         << "the name is used as given, without prefix";
-    SQLConfigurationList list;
-    SQLConfigurationProperties config;
-    SQLDbProperties db;
-    EXPECT_EQ(
-        join(ReadSQLConfigList(file.path(), &list, nullptr), list.configuration_names_list,
-             ReadSQLConfigProperties(file.path(), "c1", &config, nullptr), config.database_id_list,
-             ReadSQLDbProperties(file.path(), "d1", &db, nullptr), db.name, db.location),
-        "0|c1, c2|0|d1|0|first|/data/with blanks");
 }
 
 }  // namespace

@@ -28,7 +28,6 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   # The debug log shows the mode, the environment and the vector.
   grep -qxF "running foreground mode" dbg.log
   grep -qxF "env: (VTX=/opt/app)." dbg.log
-  grep -qxF "dump_Env() - complete." dbg.log
   grep -qxF "FCN: start_jvm() - UNIX, execute the process" dbg.log
   grep -qxF "CmdLine = ($FAKE_JVM one expanded expandedx a b )" dbg.log
 }
@@ -190,6 +189,7 @@ expect_failure() {
 :#0|
 :#10x1|bad group id #10x1\n
 :no-such-group-qv|bad group name no-such-group-qv\n
+:q|bad group name q\n
 CASES
   # A user is reported, and the JVM runs under our own identity.
   for spec in '#10x1|bad user id' 'no-such-user-qv|bad user name'; do

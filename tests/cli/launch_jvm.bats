@@ -38,18 +38,3 @@ env PATH=$JREHOME/bin:/opt/qv-app/bin:/opt/qv-app/lib:/qv-nowhere
 env DEMO_USER=tester-demo
 EOF
 }
-
-@test "a real JVM starts from the example properties file alone" {
-  export QORVEL_DEMO_CLASSES="$BATS_FILE_TMPDIR/classes"
-  export QORVEL_DEMO_POLICY="$QORVEL_SOURCE_DIR/examples/properties/demo.policy"
-  run --separate-stderr "$QORVEL" -g -l dbg.log \
-    -a "$QORVEL_SOURCE_DIR/examples/properties/JavaTools.properties::Demo.Tools" java ShowLaunch a b
-  [ "$status" -eq 0 ]
-  classpath="$QORVEL_DEMO_CLASSES:$QORVEL_DEMO_CLASSES/lib/extra.jar"
-  grep -qxF "property java.class.path=$classpath" <<<"$output"
-  grep -qxF "property qorvel.greeting=hello" <<<"$output"
-  grep -qxF "property java.security.policy=$QORVEL_DEMO_POLICY" <<<"$output"
-  grep -qxF "arg[1]=b" <<<"$output"
-  # What java was started with, the policy option of the example's alternative included.
-  grep -qxF "CmdLine = (java -classpath $classpath -Xss1m -Dqorvel.section=Demo.Tools -Dqorvel.greeting=hello -Djava.security.policy=$QORVEL_DEMO_POLICY ShowLaunch a b )" dbg.log
-}

@@ -57,6 +57,8 @@ bad.properties:14: warning: the last line has no line end: no reader sees it" ] 
   [ "$status:$output" = "1:crlf.properties:1: warning: carriage-return line end (2 lines): values keep the carriage return and a trailing ',' no longer continues the line" ]
   run "$QORVEL_PROPS" check app.properties
   [ "$status:$output" = "0:" ]
+  QORVEL_DEMO_CLASSES=/c QORVEL_DEMO_POLICY=/p run "$QORVEL_PROPS" check "$QORVEL_SOURCE_DIR/examples/properties/JavaTools.properties"
+  [ "$status:$output" = "0:" ]  # the shipped example
 }
 
 @test "service reads a broker through the library and prints its 55 fields in table order, also as JSON" {

@@ -64,14 +64,10 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
   [ "$status" -eq 0 ]
   [ "$(sed -n 3p <<<"$output")" = "Usage: qorvel [options] program [program arguments]" ]
   [ "$(grep -c '^  -' <<<"$output")" -eq 20 ]
-  while read -r words; do
+  for words in '-d --help' --pidfile --no-such-option; do
     run --separate-stderr "$QORVEL" $words java Main
     [ "$status" -eq 248 ] || { echo "$words: $status"; false; }
-  done <<'CASES'
--d --help
---pidfile
---no-such-option
-CASES
+  done
   [ "$(sed -n 1p <<<"$stderr")" = "$QORVEL: unrecognized option '--no-such-option'" ]
 }
 

@@ -15,15 +15,10 @@ tr '\0' '\n' </proc/$$/environ | sed 's/^/env=/'
 printf 'cwd=%s\numask=%s\n' "$(pwd -P)" "$(umask)"
 read -r -a stat </proc/$$/stat
 echo "pid=$$" "ppid=$PPID" "sid=${stat[5]}" | tr ' ' '\n'
-while read -r key rest; do
-  set -- $rest
-  case $key in
-    Uid:) printf 'uid=%s\neuid=%s\n' "$1" "$2" ;;
-    Gid:) printf 'gid=%s\negid=%s\n' "$1" "$2" ;;
-    Groups:) groups=$*; echo "groups=${groups// /,}" ;;
-    SigIgn:) (( 0x$1 & 0x1000 )) && sigpipe=ignored || sigpipe=default ;;
-  esac
-done </proc/$$/status
+printf 'uid=%s\neuid=%s\ngid=%s\negid=%s\n' "$(id -ru)" "$(id -u)" "$(id -rg)" "$(id -g)"
+echo "groups=$(sed -n 's/^Groups:\s*//p' /proc/$$/status | xargs | tr ' ' ,)"
+ignored=$(sed -n 's/^SigIgn:\s*//p' /proc/$$/status)
+(( 0x$ignored & 0x1000 )) && sigpipe=ignored || sigpipe=default
 echo "fds=$(ls /proc/$$/fd | sort -n | paste -sd,)"
 echo "sigpipe=$sigpipe"
 echo "parent_args=$(tr '\0' ' ' </proc/$PPID/cmdline)"
