@@ -88,6 +88,8 @@ static void bind_own_lists(const char* file) {
     ErrDetail detail;
     CHECK(OpenConManager(file, "d", &detail, 0, &h, "boundary") == 0);
     CHECK(ReadConManager("d", &detail, list, &h, "database", 1) == 0);
+    CHECK(alloc_InfoList(&list, three, (int)sizeof three) == 0);
+    CHECK(ReadConManager("d", &detail, list, &h, "", 1) == 0); /* reads nothing, frees the list */
     closecfg(&h);
     CHECK(strcmp(db.displayname, "D") == 0 && strcmp(db.databasename, "/db/d") == 0);
 }
