@@ -24,7 +24,6 @@ static_assert(sizeof(CFGHANDLE) == CFG_PATH_SIZE + CFG_HEADER_SIZE + sizeof(long
 
 namespace {
 
-constexpr int kSearchLimit = 2047;  // section searches read lines of up to 2046 characters
 constexpr std::size_t kLineSize = 2048;
 constexpr std::size_t kHeaderTextSize = CFG_SECTION_NAME_MAX + 3;
 
@@ -120,7 +119,7 @@ extern "C" int find_Section(const char* sectionName, CFGHANDLE* handle) {
     }
     std::fseek(handle->fp, 0, SEEK_SET);
     char line[kLineSize];
-    while (cfg_getline(line, kSearchLimit, handle->fp) == 0) {
+    while (cfg_getline(line, qorvel::cfg::kSearchLimit, handle->fp) == 0) {
         if (line[0] == '\0' || line[0] == '#') continue;
         std::string_view word = qorvel::cfg::first_word(line);
         if (word.size() == wanted.size() && strncasecmp(word.data(), header, wanted.size()) == 0) {
@@ -154,7 +153,7 @@ namespace {
 template <typename Source>
 bool next_header(Source& in, std::string_view wanted, std::string_view& name, char* line,
                  char* keyword) {
-    while (qorvel::cfg::read_logical_line(line, kSearchLimit, in) == 0) {
+    while (qorvel::cfg::read_logical_line(line, qorvel::cfg::kSearchLimit, in) == 0) {
         if (line[0] != '[') continue;
         name = header_name(line, keyword);
         if (!name.empty() && name.substr(0, wanted.size()) == wanted) return true;

@@ -16,7 +16,8 @@
 namespace qorvel {
 namespace {
 
-constexpr int kSearchLimit = 2047;  // section searches read lines of up to 2046 characters
+using cfg::kLookupLimit;
+using cfg::kSearchLimit;
 
 constexpr unsigned char ascii_lower(unsigned char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<unsigned char>(c - 'A' + 'a') : c;
@@ -263,7 +264,6 @@ long FileImage::section_offset(std::string_view header) noexcept {
 }
 
 const FileImage::Entries* FileImage::entries_at(std::size_t offset) noexcept {
-    constexpr int kLookupLimit = 2048;  // lookups read lines of up to 2047 characters
     try {
         std::lock_guard guard(lock_);
         if (auto known = entries_.find(offset); known != entries_.end()) return &known->second;

@@ -10,6 +10,12 @@ namespace qorvel::cfg {
 
 constexpr bool is_blank(int c) { return c == ' ' || c == '\t'; }
 
+// How much of a logical line each reader takes (the limit given to
+// read_logical_line): a search through the stream and one through the file's
+// image must agree on it, or they would cut lines differently.
+inline constexpr int kSearchLimit = 2047;  // section searches: up to 2046 characters
+inline constexpr int kLookupLimit = 2048;  // key lookups: up to 2047 characters
+
 // Reads without locking: the library never shares a stream between threads.
 struct StreamSource {
     std::FILE* stream;

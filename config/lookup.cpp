@@ -18,7 +18,6 @@
 namespace qorvel {
 namespace {
 
-constexpr int kLookupLimit = 2048;  // lookups read lines of up to 2047 characters
 constexpr std::size_t kLineSize = 2048;
 constexpr std::size_t kWholeValueSize = 1024;
 
@@ -32,7 +31,7 @@ template <typename Source>
 bool scan_section(Source& in, const char* key, Entry& entry) {
     char line[kLineSize];
     char keyword[kLineSize];
-    while (cfg::read_logical_line(line, kLookupLimit, in) == 0) {
+    while (cfg::read_logical_line(line, cfg::kLookupLimit, in) == 0) {
         if (line[0] == '[') return false;  // the next section begins
         if (line[0] == '\0' || line[0] == '#') continue;
         cfg_getkeyword(keyword, line);
