@@ -25,8 +25,10 @@ void use(Settings given) {
     settings = LaunchSettings{};
     bounded_copy(settings.outputDesc, "none");
     auto put = [](HeapText& slot, const char* text) {
-        if (text) slot.reset(new char[std::strlen(text) + 1]);
-        if (text) std::memcpy(slot.get(), text, std::strlen(text) + 1);
+        if (!text) return;
+        std::size_t size = std::strlen(text) + 1;
+        slot.reset(new char[size]);
+        std::memcpy(slot.get(), text, size);
     };
     put(settings.classpath, given.classpath);
     put(settings.jvmargs, given.jvmargs);

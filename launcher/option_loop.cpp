@@ -200,7 +200,7 @@ int apply_option(int letter, char* arg, bool& bad) {
     }
 }
 
-// "--name=value" when `word` is "name=value", else nullptr.
+// The value of `word` when it is "name=value" with a value, else nullptr.
 const char* long_value(std::string_view word, std::string_view name) {
     if (!word.starts_with(name) || word.size() <= name.size() || word[name.size()] != '=') {
         return nullptr;
