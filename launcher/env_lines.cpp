@@ -101,4 +101,11 @@ std::string shown_entry(const char* entry) {
     return from_input ? shown(entry) : std::string(entry);
 }
 
+bool set_by_env_line(std::string_view name) {
+    return std::any_of(env_variables.begin(), env_variables.end(), [name](const char* text) {
+        std::string_view entry = text;
+        return entry.starts_with(name) && entry.size() > name.size() && entry[name.size()] == '=';
+    });
+}
+
 }  // namespace qorvel

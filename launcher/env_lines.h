@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace qorvel {
 
@@ -16,5 +17,8 @@ void read_env_lines(const char* count_text, std::FILE* input);
 // An environment entry as it may be shown: the value of one set by -e is
 // replaced by "<value not shown>".
 std::string shown_entry(const char* entry);
+
+// True when an -e line set the variable `name`.
+bool set_by_env_line(std::string_view name);
 
 }  // namespace qorvel

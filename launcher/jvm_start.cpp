@@ -63,6 +63,20 @@ int redirect_streams() {
     return 0;
 }
 
+// An ignored signal stays ignored across exec, and so does the blocked mask:
+// a caller that ignored TERM or blocked HUP would leave the JVM deaf to them.
+void restore_signal_defaults() {
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action {};
+        if (sigaction(number, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) {
+            signal(number, SIG_DFL);
+        }
+    }
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
 }  // namespace
 
 int start_jvm(int /*count*/, char** tail) {
@@ -71,7 +85,7 @@ int start_jvm(int /*count*/, char** tail) {
     if (int rc = create_argv(tail + 1, &vector.argv, tail[0])) return rc;
     show_cmdLine(vector.argv);
     if (int rc = redirect_streams()) return rc;
-    signal(SIGPIPE, SIG_DFL);  // ignored while we write the console, not by the JVM
+    restore_signal_defaults();  // SIGPIPE too: ignored while we write the console
     execvp(vector.argv[0], vector.argv);
     return errno;
 }

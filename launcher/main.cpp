@@ -2,11 +2,13 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 
 #include "launcher/console.h"
 #include "launcher/debug_args.h"
 #include "launcher/help.h"
+#include "launcher/password.h"
 #include "launcher/process_config.h"
 #include "launcher/settings.h"
 #include "qorvel/log.h"
@@ -35,9 +37,19 @@ void open_debug_log(int argc, char** argv) {
     qorvel::dump_argv(argv);
 }
 
+// Installed set-user-ID or set-group-ID, any local user could start a program
+// of their choice with our privileges: refuse before reading anything.
+bool privileged_install() {
+    if (getuid() == geteuid() && getgid() == getegid()) return false;
+    std::fputs("qorvel: refusing to run set-user-ID or set-group-ID\n", stderr);
+    return true;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (privileged_install()) return 1;
+    qorvel::guard_secrets();
     if (argc <= 1) {
         qorvel::usage();
         return -1;

@@ -1,6 +1,7 @@
 #include "launcher/option_loop.h"
 
 #include <strings.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -220,6 +221,16 @@ void apply_long_option(const char* program, const char* word, bool& bad) {
     } else if (std::string_view(word) == "dry-run") {
         settings.dryRun = true;
         trace("Enabled --dry-run option\n");
+    } else if (std::string_view(word) == "no-password-check" && getuid() == 0) {
+        settings.noPasswordCheck = true;
+        trace("Enabled --no-password-check option\n");
+    } else if (std::string_view(word) == "no-password-check") {
+        // Only the superuser may waive the check; anyone else needs the password.
+        if (opt::opterr) {
+            std::fprintf(stderr, "%s: --no-password-check is for the superuser only\n", program);
+        }
+        settings.fOption = -1;
+        bad = true;
     } else {
         if (opt::opterr) std::fprintf(stderr, "%s: unrecognized option '--%s'\n", program, word);
         settings.fOption = -1;

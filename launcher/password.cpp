@@ -4,10 +4,13 @@
 #include <pwd.h>
 #include <shadow.h>
 #include <string.h>
+#include <sys/prctl.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -34,14 +37,60 @@ DebugFile open_debug_file() {
     return DebugFile(std::fopen(path, "ae"));  // never inherited by the JVM
 }
 
-// The stored hash, wiped before its memory is given back.
-class StoredHash {
-  public:
-    ~StoredHash() { explicit_bzero(text_.data(), text_.size()); }
-    std::string& text() { return text_; }
+// What the password check decided. Every refusal names its cause in a hint.
+enum class Verdict {
+    verified,
+    no_entry,
+    no_shadow,
+    locked,
+    unusable,
+    mismatch,
+    account_expired,
+    password_expired
+};
 
-  private:
-    std::string text_;
+struct Outcome {
+    Verdict verdict;
+    const char* debug_line;  // the authentication debug file's line
+    const char* console;     // after "ERROR validating password:"; none when verified
+    const char* hint;
+};
+
+constexpr Outcome kOutcomes[] = {
+    {Verdict::verified, "IN qorvel - Password verified.\n", nullptr, nullptr},
+    {Verdict::no_entry, "IN qorvel - ERROR validating password: Cannot access password entry.\n",
+     "Cannot access password entry.\n", "no account has this name"},
+    {Verdict::no_shadow,
+     "IN qorvel - ERROR validating password: Cannot access shadow password entry.\n",
+     "Cannot access shadow password entry.\n",
+     "only the superuser can read the account's shadow entry"},
+    {Verdict::locked, "IN qorvel - ERROR validating password: Cannot verify blank password.\n",
+     "Cannot verify blank password.\n",
+     "the account is locked; the superuser may start it with --no-password-check"},
+    {Verdict::unusable, "IN qorvel - ERROR validating password: Cannot verify blank password.\n",
+     "Cannot verify blank password.\n", "the account's password hash cannot be checked here"},
+    {Verdict::mismatch, "IN qorvel - ERROR validating password: Password is invalid.\n",
+     "Password does not match.\n", "the password is wrong"},
+    {Verdict::account_expired, "IN qorvel - ERROR validating password: Account has expired.\n",
+     "Account has expired.\n", "the account has expired"},
+    {Verdict::password_expired, "IN qorvel - ERROR validating password: Password has expired.\n",
+     "Password has expired.\n", "the password has expired; change it with passwd"},
+};
+
+const Outcome& outcome_of(Verdict verdict) {
+    for (const Outcome& outcome : kOutcomes) {
+        if (outcome.verdict == verdict) return outcome;
+    }
+    return kOutcomes[0];  // unreachable: every verdict has a row
+}
+
+// The user's entry as the check needs it; the hash is wiped with it.
+struct Account {
+    bool found = false;     // the user database knows the name
+    bool readable = false;  // and its hash could be read
+    std::string hash;
+    long expire = -1, last_change = -1, max_age = -1;  // days, -1 when unset
+    ~Account() { explicit_bzero(hash.data(), hash.size()); }
 };
 
 // Modern methods ("$5$", "$6$", "$y$", "$2b$" ...) take the whole stored hash
@@ -64,57 +113,94 @@ bool same_hash(std::string_view computed, std::string_view stored) {
     return difference == 0;
 }
 
-int refuse(std::FILE* debug, const char* debug_reason, const char* console_reason) {
-    if (debug != nullptr) {
-        std::fprintf(debug, "IN qorvel - ERROR validating password: %s", debug_reason);
-    }
-    outMessage(0, "%s%s", kRefused, console_reason);
-    return 0;
-}
-
-// Looks up the stored hash; false (after refusing) when it cannot be read.
-bool find_stored_hash(const char* user, std::FILE* debug, std::string& stored) {
+// "x" (either case) says the hash is in the shadow file, with the expiry dates.
+void look_up(const char* user, Account& account) {
     const passwd* entry = getpwnam(user);
-    if (entry == nullptr) {
-        refuse(debug, "Cannot access password entry.\n", "Cannot access password entry.\n");
-        return false;
-    }
+    if (entry == nullptr) return;
+    account.found = true;
     std::string_view field = entry->pw_passwd != nullptr ? entry->pw_passwd : "";
     if (field == "x" || field == "X") {
         const spwd* shadow = getspnam(user);
-        if (shadow == nullptr || shadow->sp_pwdp == nullptr) {
-            refuse(debug, "Cannot access shadow password entry.\n",
-                   "Cannot access shadow password entry.\n");
-            return false;
-        }
+        if (shadow == nullptr || shadow->sp_pwdp == nullptr) return;
         field = shadow->sp_pwdp;
+        account.expire = shadow->sp_expire;
+        account.last_change = shadow->sp_lstchg;
+        account.max_age = shadow->sp_max;
     }
-    stored.assign(field);
-    return true;
+    account.hash.assign(field);
+    account.readable = true;
+}
+
+enum class Hashing { matched, differed, failed };
+
+Hashing hash_and_compare(const char* password, std::string_view setting, std::string_view stored) {
+    std::string salt(setting);
+    char* computed = crypt(password, salt.c_str());
+    explicit_bzero(salt.data(), salt.size());
+    // "*" is how crypt reports a setting it cannot use.
+    if (computed == nullptr || computed[0] == '*' || (computed[0] == '\0' && password[0] != '\0')) {
+        return Hashing::failed;
+    }
+    bool same = same_hash(computed, stored);
+    explicit_bzero(computed, std::strlen(computed));
+    return same ? Hashing::matched : Hashing::differed;
+}
+
+// Spends what a real check would, so the time a refusal takes does not tell
+// whether the account exists or is locked: the method of a locked hash, else
+// the system's default method.
+void spend_dummy_check(const char* password, std::string_view stored) {
+    std::string_view method =
+        stored.substr(std::min(stored.find_first_not_of("!*"), stored.size()));
+    const char* setting = crypt_gensalt(nullptr, 0, nullptr, 0);
+    std::string chosen(method.starts_with('$') ? method : (setting ? setting : ""));
+    hash_and_compare(password, chosen, "");
+    explicit_bzero(chosen.data(), chosen.size());
+}
+
+bool is_locked(std::string_view hash) { return hash.starts_with('!') || hash.starts_with('*'); }
+
+// Days since the epoch, as the shadow file counts them.
+Verdict expiry(const Account& account) {
+    long today = static_cast<long>(std::time(nullptr) / 86400);
+    if (account.expire > 0 && today >= account.expire) return Verdict::account_expired;
+    if (account.last_change > 0 && account.max_age >= 0 &&
+        today >= account.last_change + account.max_age) {
+        return Verdict::password_expired;
+    }
+    return Verdict::verified;
+}
+
+Verdict judge(const char* user, const char* password) {
+    Account account;
+    look_up(user, account);
+    Hashing hashing = Hashing::failed;
+    if (account.readable) {
+        hashing = hash_and_compare(password, salt_of(account.hash), account.hash);
+    }
+    if (hashing == Hashing::failed) spend_dummy_check(password, account.hash);
+    if (!account.found) return Verdict::no_entry;
+    if (!account.readable) return Verdict::no_shadow;
+    if (hashing == Hashing::failed)
+        return is_locked(account.hash) ? Verdict::locked : Verdict::unusable;
+    if (hashing == Hashing::differed) return Verdict::mismatch;
+    return expiry(account);
 }
 
 }  // namespace
 
 int validateUserPassword(const char* user, const char* password) {
     DebugFile debug = open_debug_file();
-    StoredHash stored;
-    if (!find_stored_hash(user, debug.get(), stored.text())) return 0;
-
-    std::string salt(salt_of(stored.text()));
-    char* computed = crypt(password, salt.c_str());
-    explicit_bzero(salt.data(), salt.size());
-    // "*" is how crypt reports a setting it cannot use.
-    if (computed == nullptr || computed[0] == '*' || (computed[0] == '\0' && password[0] != '\0')) {
-        return refuse(debug.get(), "Cannot verify blank password.\n",
-                      "Cannot verify blank password.\n");
-    }
-    bool verified = same_hash(computed, stored.text());
-    explicit_bzero(computed, std::strlen(computed));
-    if (!verified) {
-        return refuse(debug.get(), "Password is invalid.\n", "Password does not match.\n");
-    }
-    if (debug) std::fputs("IN qorvel - Password verified.\n", debug.get());
-    return 1;
+    const Outcome& outcome = outcome_of(judge(user, password));
+    if (debug) std::fputs(outcome.debug_line, debug.get());
+    if (outcome.verdict == Verdict::verified) return 1;
+    outMessage(0, "%s%s", kRefused, outcome.console);
+    outMessage(0, "Hint: %s: %s\n", user, outcome.hint);
+    return 0;
 }
+
+void guard_secrets() { prctl(PR_SET_DUMPABLE, 0); }
+
+void release_secrets() { prctl(PR_SET_DUMPABLE, 1); }
 
 }  // namespace qorvel

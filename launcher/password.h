@@ -11,4 +11,11 @@ namespace qorvel {
 // nor any hash is ever written anywhere.
 int validateUserPassword(const char* user, const char* password);
 
+// While the launcher holds a password it is neither dumped nor traced by
+// other users: a core file would carry the secret. main guards from the
+// start; the daemon start releases once the password is wiped (the exec
+// gives the JVM its own setting either way).
+void guard_secrets();
+void release_secrets();
+
 }  // namespace qorvel

@@ -9,6 +9,7 @@
 #include "launcher/dry_run.h"
 #include "launcher/environment.h"
 #include "launcher/getopt.h"
+#include "launcher/identity.h"
 #include "launcher/jvm_start.h"
 #include "launcher/option_loop.h"
 #include "launcher/password_file.h"
@@ -24,8 +25,10 @@ int start_daemon_if_asked() {
     if (settings.user[0] == '\0' && !(settings.fOption & DAEMON_START)) return 0;
     int suspend = static_cast<int>(settings.fOption & SUSPEND_AFTER_START);
     int rc = child_start(settings.user, settings.group, settings.password, suspend);
+    // 67 is no errno: the system's text for it would mislead.
+    int system_code = rc == kUnknownUser ? 0 : rc;
     if (rc != 0 && verbose())
-        outMessage(rc, "Error attempting to start as a daemon, errno %d\n", rc);
+        outMessage(system_code, "Error attempting to start as a daemon, errno %d\n", rc);
     return rc;
 }
 

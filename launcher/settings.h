@@ -44,6 +44,7 @@ struct LaunchSettings {
     const char* pidfile = nullptr;       // --pidfile=FILE
     const char* passwordFile = nullptr;  // --password-file=FILE
     bool dryRun = false;                 // --dry-run
+    bool noPasswordCheck = false;        // --no-password-check (superuser only)
 };
 
 // Written by main and the option scan; read by the launch steps.

@@ -16,7 +16,7 @@ seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 # Waits until `file` has a line matching `pattern`.
 wait_for() { for _ in $(seq 1 100); do grep -q "$2" "$1" 2>/dev/null && return; sleep 0.05; done; false; }
 
-@test "the JVM inherits only the caller's descriptors, a new debug log is private, SIGPIPE is default" {
+@test "the JVM inherits only the caller's descriptors and default signals; a new debug log is private" {
   "$FAKE_JVM" > direct.txt
   "$QORVEL" -g -l dbg.log -1 out.txt "$FAKE_JVM"
   [ "$(seen fds out.txt)" = "$(seen fds direct.txt)" ]
@@ -25,7 +25,15 @@ wait_for() { for _ in $(seq 1 100); do grep -q "$2" "$1" 2>/dev/null && return; 
   python3 -c 'import os, subprocess, sys
 r, w = os.pipe(); os.close(r)
 sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.txt -2 err.txt "$FAKE_JVM"
-  [ "$(seen sigpipe piped.txt)" = default ]
+  (( (0x$(seen sigign piped.txt) & 0x1000) == 0 ))
+  # A caller that ignores CHLD, INT and HUP and blocks USR1: the waiting parent
+  # still sees the child's status, and the JVM none of it (bash ignores QUIT
+  # and blocks CHLD itself).
+  run perl -MPOSIX -e '$SIG{$_} = "IGNORE" for qw(CHLD INT HUP);
+    sigprocmask(SIG_BLOCK, POSIX::SigSet->new(SIGUSR1)); exec @ARGV' \
+    "$QORVEL" -d -s -1 hygiene.txt "$FAKE_JVM" --exit 3
+  [ "$status" -eq 3 ]
+  (( (0x$(seen sigign hygiene.txt) & 0x3) == 0 && (0x$(seen sigblk hygiene.txt) & 0x200) == 0 ))
 }
 
 @test "a waiting parent passes signals on, exits 128+N when one ends the child, and removes the pid file" {

@@ -27,11 +27,14 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo 'root:x:0:0:root:/root:/bin/bash'
     echo 'alice:x:2001:2001::/tmp:/bin/sh'
     echo 'bob:x:2002:2002::/tmp:/bin/sh'
-    echo 'carol:x:2003:2003::/tmp:/bin/sh'
+    echo 'carol:x:2003:2003::/home/carol:/bin/sh'
     echo 'dave:x:2004:2004::/tmp:/bin/sh'
     echo 'erin:X:2005:2005::/tmp:/bin/sh'
     echo "frank:$(perl -e 'print crypt("frank-pass", "fr")'):2006:2006::/tmp:/bin/sh"
     echo 'ally:x:2001:2001::/tmp:/bin/sh'
+    echo 'svc:x:2007:2007::/srv/svc:/usr/sbin/nologin'
+    echo 'gone:x:2008:2008::/tmp:/bin/sh'
+    echo 'stale:x:2009:2009::/tmp:/bin/sh'
   } > "$etc/passwd"
   {
     echo 'root:*:19000:0:99999:7:::'
@@ -41,6 +44,9 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo "dave:$(perl -e 'print crypt("yes-pass", $ARGV[0])' "$yescrypt_salt"):19000:0:99999:7:::"
     echo "erin:$(openssl passwd -6 erin-pass):19000:0:99999:7:::"
     echo "ally:$(openssl passwd -6 ally-pass):19000:0:99999:7:::"
+    echo "svc:!$(openssl passwd -6 svc-pass):19000::::::"
+    echo "gone:$(openssl passwd -6 gone-pass):19000:0:99999:7::19001:"
+    echo "stale:$(openssl passwd -6 stale-pass):19000:0:30:7:::"
   } > "$etc/shadow"
   chmod 600 "$etc/shadow"
   printf '%s\n' 'root:x:0:' 'alice:x:2001:' 'devs:x:3000:alice,frank' 'staff:x:3001:ally' \
@@ -93,21 +99,45 @@ no_group_takes_the_users_own|alice::des-pass|2001|2001|2001,3000
 CASES
 }
 
-@test "wrong, empty and missing passwords are refused with 5 before any fork" {
-  while IFS='|' read -r name spec console; do
+@test "refused passwords give 5 before any fork, with a hint that names the cause" {
+  while IFS='|' read -r name spec console hint; do
     run --separate-stderr "$QORVEL" -u "$spec" "$FAKE_JVM"
     [ "$status:$output" = 5: ] || { echo "$name: $status $output"; false; }
-    [ "$stderr" = "$(printf '%b' "ERROR validating password:${console}\nError attempting to start as a daemon, errno 5\nInput/output error")" ] ||
+    [ "$stderr" = "$(printf '%b' "ERROR validating password:${console}\nHint: ${spec%%:*}: ${hint}\nError attempting to start as a daemon, errno 5\nInput/output error")" ] ||
       { echo "$name: $stderr"; false; }
   done <<'CASES'
-wrong_des|alice::wrong|Password does not match.
-wrong_sha512|carol::sha-pas|Password does not match.
-longer_password_same_prefix|carol::sha-pass-and-more|Password does not match.
-empty_password|dave::|Password does not match.
-no_password_for_another_user|bob|Password does not match.
-locked_account|root::anything|Cannot verify blank password.
-numeric_user_has_no_entry_to_check|#2003::sha-pass|Cannot access password entry.
+wrong_des|alice::wrong|Password does not match.|the password is wrong
+wrong_sha512|carol::sha-pas|Password does not match.|the password is wrong
+longer_password_same_prefix|carol::sha-pass-and-more|Password does not match.|the password is wrong
+empty_password|dave::|Password does not match.|the password is wrong
+no_password_for_another_user|bob|Password does not match.|the password is wrong
+locked_account|svc::svc-pass|Cannot verify blank password.|the account is locked; the superuser may start it with --no-password-check
+numeric_user_has_no_entry_to_check|#2003::sha-pass|Cannot access password entry.|no account has this name
+account_past_its_expiry_date|gone::gone-pass|Account has expired.|the account has expired
+password_past_its_maximum_age|stale::stale-pass|Password has expired.|the password has expired; change it with passwd
 CASES
+}
+
+# What a typo or a waived check must never do: start the JVM as root.
+@test "who the JVM runs as: unknown users refused with 67, a waived check for a locked account" {
+  while IFS='|' read -r name options code uid env; do
+    # shellcheck disable=SC2086
+    run --separate-stderr bash -c "export HOME=/caller USER=caller LOGNAME=caller
+      printf 'HOME=/custom\n' | '$QORVEL' $options '$FAKE_JVM'"
+    got="$status:$(seen uid <<<"$output")"
+    for key in HOME USER LOGNAME; do got+=":$(seen "env=$key" <<<"$output")"; done
+    [ "$got" = "$code:$uid:$env" ] || { echo "$name: $got $stderr"; false; }
+  done <<'CASES'
+typo_in_a_name|-s -u nosuchuser::|67||::
+number_that_is_no_id|-s -m silent -u '#12x'|67||::
+waived_check_for_a_locked_account|-s --no-password-check -u svc::|0|2007|/srv/svc:svc:svc
+given_password_is_still_checked|-s --no-password-check -u svc::svc-pass|5||::
+switch_sets_the_accounts_home_and_names|-s -u carol::sha-pass|0|2003|/home/carol:carol:carol
+an_e_line_keeps_its_home|-s -e 1 -u carol::sha-pass|0|2003|/custom:carol:carol
+no_switch_keeps_the_callers|-s -u root|0|0|/caller:caller:caller
+CASES
+  run --separate-stderr "$QORVEL" -m silent -u nosuchuser:: "$FAKE_JVM"
+  [ "$status:$stderr" = "67:Unknown user nosuchuser: nothing started" ]
 }
 
 @test "the authentication debug file gets one line per check and never a secret" {
@@ -127,16 +157,20 @@ CASES
 }
 
 # The launcher itself run as alice, through setpriv, so the shadow file is out of reach.
-@test "an ordinary user cannot read the shadow file, gets no user switch, and fails the group switch" {
+@test "an ordinary user runs as itself only, cannot read the shadow file, and fails the group switch" {
   as_alice() { setpriv --reuid=2001 --regid=2001 --clear-groups "$@"; }
-  run --separate-stderr as_alice "$QORVEL" -u bob::md5-pass "$FAKE_JVM"
-  [ "$status" -eq 5 ]
-  [ "$(sed -n 1p <<<"$stderr")" = "ERROR validating password:Cannot access shadow password entry." ]
-  run --separate-stderr as_alice "$QORVEL" -s -u frank::frank-pass "$FAKE_JVM"
-  [ "$status" -eq 0 ]
-  [ "$(seen uid <<<"$output")" = 2001 ]
-  run --separate-stderr as_alice "$QORVEL" -s -u frank:staff:frank-pass "$FAKE_JVM"
-  [ "$status:$stderr" = 1:"can't setgid, errno =1"$'\n'"Operation not permittedError attempting to start as a daemon, errno 1"$'\n'"Operation not permitted" ]
+  while IFS='|' read -r name spec code first_line; do
+    run --separate-stderr as_alice "$QORVEL" -s -u "$spec" "$FAKE_JVM"
+    [ "$status:$(sed -n 1p <<<"$stderr")" = "$code:$first_line" ] || { echo "$name: $status $stderr"; false; }
+  done <<'CASES'
+another_user_even_with_the_right_password|frank::frank-pass|1|Only the superuser can start the JVM as another user (frank)
+own_password_needs_the_shadow_file|alice::des-pass|5|ERROR validating password:Cannot access shadow password entry.
+group_switch_is_not_permitted|alice:staff|1|can't setgid, errno =1
+CASES
+  run --separate-stderr as_alice "$QORVEL" -s -u alice "$FAKE_JVM"
+  [ "$status:$(seen uid <<<"$output")" = 0:2001 ]
+  run --separate-stderr as_alice "$QORVEL" --no-password-check -u alice "$FAKE_JVM"
+  [ "$status" -eq 248 ]
 }
 
 @test "--password-file gives the -u password when only the caller can use the file, else 5" {
@@ -156,4 +190,25 @@ chown alice pw|does not belong to the caller
 : > pw|holds no password
 rm pw|cannot be opened\nNo such file or directory
 CASES
+}
+
+@test "a switched JVM gets no descriptor the caller left open; a set-ID install and a dump are refused" {
+  run bash -c "exec 7</etc/shadow; '$QORVEL' -s -u carol::sha-pass '$FAKE_JVM'"
+  [ "$status" -eq 0 ] && [[ ",$(seen fds <<<"$output")," != *,7,* ]]
+  run bash -c "exec 7</etc/shadow; '$QORVEL' -s '$FAKE_JVM'"
+  [[ ",$(seen fds <<<"$output")," == *,7,* ]]
+  as_alice() { setpriv --reuid=2001 --regid=2001 --clear-groups "$@"; }
+  cp "$QORVEL" "$bin/qorvel-setid" && chmod 6755 "$bin/qorvel-setid"
+  run --separate-stderr as_alice "$bin/qorvel-setid" "$FAKE_JVM"
+  [ "$status:$output:$stderr" = "1::qorvel: refusing to run set-user-ID or set-group-ID" ]
+  # Blocked on its -e line while it holds the password: no core, no tracing by alice.
+  mkfifo lines
+  setpriv --reuid=2001 --regid=2001 --clear-groups "$QORVEL" -u alice::des-pass -e 1 "$FAKE_JVM" \
+    <lines >/dev/null 2>&1 & launcher=$!
+  exec 8>lines
+  owner=
+  for _ in $(seq 1 100); do owner=$(stat -c %u /proc/$launcher/status 2>/dev/null); [ "$owner" = 0 ] && break; sleep 0.02; done
+  exec 8>&-
+  wait $launcher || true
+  [ "$owner" = 0 ]
 }

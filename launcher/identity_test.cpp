@@ -1,4 +1,4 @@
-#include "launcher/daemon.h"
+#include "launcher/identity.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
