@@ -30,6 +30,7 @@ constexpr const char* kHelp =
     "  --pidfile=FILE          write the id of the process that becomes the JVM to FILE\n"
     "  --password-file=FILE    take the -u password from the first line of FILE\n"
     "  --dry-run               check everything, print the command, start nothing\n"
+    "  --no-password-check     as root, switch to -u's user without its password\n"
     "  --help, --version       this text, or the version\n";
 
 }  // namespace

@@ -71,7 +71,7 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
   run --separate-stderr "$QORVEL" --help
   [ "$status" -eq 0 ]
   [ "$(sed -n 3p <<<"$output")" = "Usage: qorvel [options] program [program arguments]" ]
-  [ "$(grep -c '^  -' <<<"$output")" -eq 20 ]
+  [ "$(grep -c '^  -' <<<"$output")" -eq 21 ]
   for words in '-d --help' --pidfile --no-such-option; do
     run --separate-stderr "$QORVEL" $words java Main
     [ "$status" -eq 248 ] || { echo "$words: $status"; false; }
