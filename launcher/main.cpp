@@ -2,7 +2,9 @@
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
 #include "launcher/console.h"
 #include "launcher/debug_args.h"
@@ -27,9 +29,14 @@ void record_system_name() {
     qorvel::bounded_copy(qorvel::settings.osname, uname(&names) == 0 ? names.sysname : "");
 }
 
+// A log that could not be used safely is left out; the launch goes on.
 void open_debug_log(int argc, char** argv) {
     using qorvel::settings;
-    settings.LoggerLog = ExtendLogfile(1, qorvel::getLogFileName(argc, argv));
+    const char* name = qorvel::getLogFileName(argc, argv);
+    settings.LoggerLog = ExtendLogfile(1, name);
+    if (!settings.LoggerLog) {
+        qorvel::report("Warning: debug log (%s) not written: %s\n", name, std::strerror(errno));
+    }
     LogMsg(settings.LoggerLog, 1, 1, "MAIN -- qorvel process starter on %s\n\n", settings.osname);
     qorvel::trace("qorvel startup argument list:\n");
     qorvel::dump_argv(argv);

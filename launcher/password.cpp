@@ -1,10 +1,13 @@
 #include "launcher/password.h"
 
 #include <crypt.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <shadow.h>
 #include <string.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,7 +16,7 @@
 #include <string_view>
 
 #include "launcher/console.h"
-#include "util/bounded_text.h"
+#include "util/safe_open.h"
 
 namespace qorvel {
 namespace {
@@ -26,12 +29,22 @@ struct FileCloser {
 };
 using DebugFile = std::unique_ptr<std::FILE, FileCloser>;
 
+// Opened as a file of our own only (see open_private): the launcher runs as
+// the superuser, often in a directory others can write. Left out, with a
+// warning, when that is not possible.
 DebugFile open_debug_file() {
     if (std::getenv("QRB_AUTH_DEBUG") == nullptr) return nullptr;
-    char path[512] = "";
     const char* chosen = std::getenv("QRB_AUTH_DEBUG_FILE");
-    bounded_copy(path, chosen != nullptr ? chosen : kDefaultDebugFile);
-    return DebugFile(std::fopen(path, "ae"));  // never inherited by the JVM
+    const char* path = chosen != nullptr ? chosen : kDefaultDebugFile;
+    int fd = open_private(path, O_WRONLY | O_APPEND);
+    std::FILE* file = fd != -1 ? fdopen(fd, "a") : nullptr;
+    if (file == nullptr) {
+        int code = errno;
+        if (fd != -1) close(fd);
+        report("Warning: authentication debug file (%s) not written: %s\n", path,
+               std::strerror(code));
+    }
+    return DebugFile(file);
 }
 
 // The stored hash, wiped before its memory is given back.
