@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -29,6 +30,19 @@ void record_system_name() {
     qorvel::bounded_copy(qorvel::settings.osname, uname(&names) == 0 ? names.sysname : "");
 }
 
+// A descriptor the caller left closed would go to the next file we open, and
+// console text meant for it (or the JVM's output) would land in that file.
+void fill_standard_descriptors() {
+    for (int fd = 0; fd <= 2; ++fd) {
+        if (fcntl(fd, F_GETFD) != -1 || errno != EBADF) continue;
+        int opened = open("/dev/null", O_RDWR);
+        if (opened != -1 && opened != fd) {
+            dup2(opened, fd);
+            close(opened);
+        }
+    }
+}
+
 // A log that could not be used safely is left out; the launch goes on.
 void open_debug_log(int argc, char** argv) {
     using qorvel::settings;
@@ -45,6 +59,7 @@ void open_debug_log(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    fill_standard_descriptors();
     if (argc <= 1) {
         qorvel::usage();
         return -1;
