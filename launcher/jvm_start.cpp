@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -9,7 +10,7 @@
 #include "launcher/console.h"
 #include "launcher/jvm_args.h"
 #include "launcher/settings.h"
-#include "qorvel/config.h"
+#include "util/safe_open.h"
 
 namespace qorvel {
 namespace {
@@ -20,43 +21,58 @@ struct VectorOwner {
     ~VectorOwner() { destroy_argv(argv); }
 };
 
-// Opens `name` and puts it on descriptor `target`. The opened descriptor stays
+int open_failed(const char* stream, const char* name) {
+    int code = errno;
+    report("Error opening %s redirection file: (%s), error %d\n", stream, name, code);
+    return code;
+}
+
+// Puts the opened file on descriptor `target`. The opened descriptor stays
 // open as well, close-on-exec: the JVM gets the file on `target` alone, and
-// cleanup closes it on a failed launch.
-int redirect(const char* name, int flags, int target, int& fd, const char* stream) {
-    fd = open(name, flags | O_CLOEXEC, settings.open_mode);
-    if (fd == -1) {
-        int code = errno;
-        report("Error opening %s redirection file: (%s), error %d\n", stream, name, code);
-        return code;
+// cleanup closes it on a failed launch. Descriptors 0 to 2 are always open
+// (main sees to it), so `fd` is never `target` itself.
+void redirect(int fd, int target, int& kept) {
+    kept = fd;
+    dup2(fd, target);  // the copy is inherited
+}
+
+// Only a regular file may feed the JVM; the opened file is what is checked, so
+// nothing can be swapped in between a check and the open.
+int redirect_stdin(const char* name) {
+    int fd = open_guarded(name, O_RDONLY, 0);
+    if (fd == -1 && errno == EACCES) return open_failed("stdin", name);
+    struct stat info;
+    if (fd == -1 || fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        if (fd != -1) close(fd);
+        report("Error accessing stdin redirection file: (%s)\n", name);
+        return EINVAL;
     }
-    // Started with `target` closed, open hands us `target` itself; closing it
-    // then would lose the file.
-    if (fd == target) {
-        fcntl(fd, F_SETFD, 0);
-    } else {
-        close(target);
-        dup2(fd, target);  // the copy is inherited
-    }
+    redirect(fd, 0, settings.stdin_fd);
     return 0;
 }
 
+int redirect_output(const char* name, int flags, int target, int& kept, const char* stream) {
+    int fd = open_guarded(name, flags, static_cast<mode_t>(settings.open_mode));
+    if (fd == -1) return open_failed(stream, name);
+    redirect(fd, target, kept);
+    return 0;
+}
+
+// Every file is opened through open_guarded: the launcher often runs as the
+// superuser, and a name in /tmp must not lead it to another user's file.
 int redirect_streams() {
     if (const char* name = settings.file_stdin.get()) {
-        // Only a regular file may feed the JVM: a directory or a device is refused unopened.
-        if (!is_afile(name)) {
-            report("Error accessing stdin redirection file: (%s)\n", name);
-            return EINVAL;
-        }
-        if (int rc = redirect(name, O_RDONLY, 0, settings.stdin_fd, "stdin")) return rc;
+        if (int rc = redirect_stdin(name)) return rc;
     }
     if (const char* name = settings.file_stdout.get()) {
-        if (int rc = redirect(name, settings.oflags_stdout, 1, settings.stdout_fd, "stdout")) {
+        if (int rc =
+                redirect_output(name, settings.oflags_stdout, 1, settings.stdout_fd, "stdout")) {
             return rc;
         }
     }
     if (const char* name = settings.file_stderr.get()) {
-        if (int rc = redirect(name, settings.oflags_stderr, 2, settings.stderr_fd, "stderr")) {
+        if (int rc =
+                redirect_output(name, settings.oflags_stderr, 2, settings.stderr_fd, "stderr")) {
             return rc;
         }
     }

@@ -1,9 +1,12 @@
+#include <fcntl.h>
 #include <signal.h>
 #include <sys/utsname.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "launcher/console.h"
 #include "launcher/debug_args.h"
@@ -29,9 +32,27 @@ void record_system_name() {
     qorvel::bounded_copy(qorvel::settings.osname, uname(&names) == 0 ? names.sysname : "");
 }
 
+// A descriptor the caller left closed would go to the next file we open, and
+// console text meant for it (or the JVM's output) would land in that file.
+void fill_standard_descriptors() {
+    for (int fd = 0; fd <= 2; ++fd) {
+        if (fcntl(fd, F_GETFD) != -1 || errno != EBADF) continue;
+        int opened = open("/dev/null", O_RDWR);
+        if (opened != -1 && opened != fd) {
+            dup2(opened, fd);
+            close(opened);
+        }
+    }
+}
+
+// A log that could not be used safely is left out; the launch goes on.
 void open_debug_log(int argc, char** argv) {
     using qorvel::settings;
-    settings.LoggerLog = ExtendLogfile(1, qorvel::getLogFileName(argc, argv));
+    const char* name = qorvel::getLogFileName(argc, argv);
+    settings.LoggerLog = ExtendLogfile(1, name);
+    if (!settings.LoggerLog) {
+        qorvel::report("Warning: debug log (%s) not written: %s\n", name, std::strerror(errno));
+    }
     LogMsg(settings.LoggerLog, 1, 1, "MAIN -- qorvel process starter on %s\n\n", settings.osname);
     qorvel::trace("qorvel startup argument list:\n");
     qorvel::dump_argv(argv);
@@ -48,6 +69,7 @@ bool privileged_install() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    fill_standard_descriptors();
     if (privileged_install()) return 1;
     qorvel::guard_secrets();
     if (argc <= 1) {

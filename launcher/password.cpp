@@ -1,12 +1,15 @@
 #include "launcher/password.h"
 
 #include <crypt.h>
+#include <fcntl.h>
 #include <pwd.h>
 #include <shadow.h>
 #include <string.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -16,7 +19,7 @@
 #include <string_view>
 
 #include "launcher/console.h"
-#include "util/bounded_text.h"
+#include "util/safe_open.h"
 
 namespace qorvel {
 namespace {
@@ -29,12 +32,22 @@ struct FileCloser {
 };
 using DebugFile = std::unique_ptr<std::FILE, FileCloser>;
 
+// Opened as a file of our own only (see open_private): the launcher runs as
+// the superuser, often in a directory others can write. Left out, with a
+// warning, when that is not possible.
 DebugFile open_debug_file() {
     if (std::getenv("QRB_AUTH_DEBUG") == nullptr) return nullptr;
-    char path[512] = "";
     const char* chosen = std::getenv("QRB_AUTH_DEBUG_FILE");
-    bounded_copy(path, chosen != nullptr ? chosen : kDefaultDebugFile);
-    return DebugFile(std::fopen(path, "ae"));  // never inherited by the JVM
+    const char* path = chosen != nullptr ? chosen : kDefaultDebugFile;
+    int fd = open_private(path, O_WRONLY | O_APPEND);
+    std::FILE* file = fd != -1 ? fdopen(fd, "a") : nullptr;
+    if (file == nullptr) {
+        int code = errno;
+        if (fd != -1) close(fd);
+        report("Warning: authentication debug file (%s) not written: %s\n", path,
+               std::strerror(code));
+    }
+    return DebugFile(file);
 }
 
 // What the password check decided. Every refusal names its cause in a hint.
@@ -46,7 +59,7 @@ enum class Verdict {
     unusable,
     mismatch,
     account_expired,
-    password_expired
+    password_expired,
 };
 
 struct Outcome {
@@ -77,12 +90,17 @@ constexpr Outcome kOutcomes[] = {
      "Password has expired.\n", "the password has expired; change it with passwd"},
 };
 
-const Outcome& outcome_of(Verdict verdict) {
-    for (const Outcome& outcome : kOutcomes) {
-        if (outcome.verdict == verdict) return outcome;
+// The table is indexed by verdict; the build checks that each row sits at its own.
+constexpr bool rows_in_order() {
+    for (std::size_t i = 0; i < std::size(kOutcomes); ++i) {
+        if (static_cast<std::size_t>(kOutcomes[i].verdict) != i) return false;
     }
-    return kOutcomes[0];  // unreachable: every verdict has a row
+    return true;
 }
+static_assert(rows_in_order() &&
+              std::size(kOutcomes) == static_cast<std::size_t>(Verdict::password_expired) + 1);
+
+const Outcome& outcome_of(Verdict verdict) { return kOutcomes[static_cast<std::size_t>(verdict)]; }
 
 // The user's entry as the check needs it; the hash is wiped with it.
 struct Account {

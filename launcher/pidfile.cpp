@@ -12,13 +12,18 @@
 
 #include "launcher/console.h"
 #include "launcher/settings.h"
+#include "util/safe_open.h"
 
 namespace qorvel {
 namespace {
 
 // Written by prepare_pidfile, read by the other steps of the same process.
+// Every step works inside `dir`, the directory as prepare_pidfile found it,
+// so a link planted later on the way to it cannot move the file.
 struct PendingPidfile {
-    std::string temporary;  // empty when nothing was prepared
+    int dir = -1;
+    std::string name;       // the pid file's own name within dir
+    std::string temporary;  // the temporary's name within dir; empty when nothing was prepared
     int fd = -1;
     bool committed = false;
 } pending;
@@ -28,6 +33,32 @@ int failed(int code, const char* step) {
     return code;
 }
 
+// mkostemp cannot follow a link or reuse a file, and the rename that publishes
+// the file replaces a link instead of following it: only the directory part of
+// the path needs the guarded walk. The temporary is checked to have been made
+// in the directory that walk opened.
+int make_temporary(std::string_view path, std::size_t name_start) {
+    std::string directory(path.substr(0, name_start));
+    pending.dir =
+        open_guarded(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY, 0);
+    if (pending.dir == -1) return errno;
+    pending.name = path.substr(name_start);
+    std::string temporary = directory + "." + pending.name + ".XXXXXX";
+    int fd = mkostemp(temporary.data(), O_CLOEXEC);
+    if (fd == -1) return errno;
+    pending.fd = fd;
+    pending.temporary = temporary.substr(name_start);
+    struct stat made, found;
+    if (fstat(fd, &made) != 0 ||
+        fstatat(pending.dir, pending.temporary.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0 ||
+        made.st_dev != found.st_dev || made.st_ino != found.st_ino) {
+        unlink(temporary.c_str());
+        pending.temporary.clear();
+        return EACCES;
+    }
+    return fchmod(fd, 0644) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
 int prepare_pidfile() {
@@ -35,22 +66,10 @@ int prepare_pidfile() {
     // ".<name>.XXXXXX" in the same directory, so the rename that publishes it is atomic.
     std::string_view path = settings.pidfile;
     std::size_t slash = path.rfind('/');
-    std::size_t name = slash == std::string_view::npos ? 0 : slash + 1;
-    std::string temporary(path.substr(0, name));
-    temporary += '.';
-    temporary.append(path.substr(name));
-    temporary += ".XXXXXX";
-    int fd = mkostemp(temporary.data(), O_CLOEXEC);
-    if (fd == -1) return failed(errno, "create");
-    if (fchmod(fd, 0644) != 0) {
-        int code = errno;
-        close(fd);
-        unlink(temporary.c_str());
-        return failed(code, "create");
-    }
-    pending.temporary = std::move(temporary);
-    pending.fd = fd;
-    return 0;
+    int code = make_temporary(path, slash == std::string_view::npos ? 0 : slash + 1);
+    if (code == 0) return 0;
+    discard_pidfile();
+    return failed(code, "create");
 }
 
 int commit_pidfile() {
@@ -61,9 +80,12 @@ int commit_pidfile() {
     int code = written ? 0 : (errno != 0 ? errno : EIO);
     if (close(pending.fd) != 0 && code == 0) code = errno;
     pending.fd = -1;
-    if (code == 0 && rename(pending.temporary.c_str(), settings.pidfile) != 0) code = errno;
+    if (code == 0 &&
+        renameat(pending.dir, pending.temporary.c_str(), pending.dir, pending.name.c_str()) != 0) {
+        code = errno;
+    }
     if (code != 0) {
-        unlink(pending.temporary.c_str());
+        unlinkat(pending.dir, pending.temporary.c_str(), 0);
         pending.temporary.clear();
         return failed(code, "write");
     }
@@ -73,14 +95,17 @@ int commit_pidfile() {
 }
 
 void discard_pidfile() {
-    if (pending.temporary.empty()) return;
     if (pending.fd != -1) close(pending.fd);
-    unlink(pending.committed ? settings.pidfile : pending.temporary.c_str());
+    if (!pending.temporary.empty()) {
+        const std::string& made = pending.committed ? pending.name : pending.temporary;
+        unlinkat(pending.dir, made.c_str(), 0);
+    }
+    if (pending.dir != -1) close(pending.dir);
     pending = PendingPidfile{};
 }
 
 void remove_pidfile() {
-    if (settings.pidfile) unlink(settings.pidfile);
+    if (pending.dir != -1) unlinkat(pending.dir, pending.name.c_str(), 0);
 }
 
 }  // namespace qorvel

@@ -10,6 +10,7 @@
 
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
+#include "util/safe_open.h"
 
 namespace {
 
@@ -20,11 +21,11 @@ void write_stamp(FILE* log) {
     std::fprintf(log, "\n%.*s :: ", static_cast<int>(text.size()), text.data());
 }
 
-// Close-on-exec, and owner-only when created: a debug log may hold what a
-// program started later, perhaps as another user, must not read or write.
+// A debug log holds the environment and the arguments, perhaps a superuser's:
+// it goes only into a file of the user's own that no link or other user chose.
 FILE* open_log(int append, const char* path) {
     if (!path) return nullptr;
-    int fd = open(path, O_WRONLY | O_CREAT | O_CLOEXEC | (append ? O_APPEND : O_TRUNC), 0600);
+    int fd = qorvel::open_private(path, O_WRONLY | (append ? O_APPEND : O_TRUNC));
     if (fd == -1) return nullptr;
     FILE* log = fdopen(fd, append ? "a" : "w");
     if (!log) {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -21,8 +22,8 @@ class DebugLog : public ::testing::Test {
     void SetUp() override { fs::create_directories(dir_); }
     void TearDown() override { fs::remove_all(dir_); }
 
-    std::string read() const {
-        std::ifstream in(path_);
+    std::string read(const std::string& path = {}) const {
+        std::ifstream in(path.empty() ? path_ : path);
         std::stringstream text;
         text << in.rdbuf();
         return text.str();
@@ -82,6 +83,29 @@ TEST_F(DebugLog, OpenLogfileNamesTheFileByMonthAndDayAndGivesNoHandleWhenItCanno
     EXPECT_EQ(OpenLogfile(1, prefix.c_str(), name), nullptr);
     EXPECT_EQ(std::string(name), prefix + date + ".log") << "the name is still reported";
     EXPECT_EQ(ExtendLogfile(1, (dir_ / "missing" / "x.log").c_str()), nullptr);
+}
+
+// A log may hold a superuser's environment: it never goes through a link or
+// into a file shared by another name, and a refused file keeps its content,
+// also when the log would have truncated it.
+TEST_F(DebugLog, RefusesALinkOrAHardLinkedFileAndLeavesItsTargetUntouched) {
+    const std::string target = (dir_ / "target").string();
+    struct Case {
+        const char* name;
+        int (*plant)(const char*, const char*);
+        int error;
+    };
+    for (const Case& c : {Case{"symlink", symlink, ELOOP}, Case{"hard link", link, EPERM}}) {
+        for (int append : {0, 1}) {
+            std::ofstream(target) << "kept";
+            fs::remove(path_);
+            ASSERT_EQ(c.plant(target.c_str(), path_.c_str()), 0);
+            errno = 0;
+            EXPECT_EQ(ExtendLogfile(append, path_.c_str()), nullptr) << c.name;
+            EXPECT_EQ(errno, c.error) << c.name;
+            EXPECT_EQ(read(target), "kept") << c.name << " append=" << append;
+        }
+    }
 }
 
 // Draws come from rand(); seeding it again on a later call would break the

@@ -1,10 +1,15 @@
 /* Diagnostics: the debug log, data dumps written to it, the trace table and
  * a random event generator.
  *
- * A log handle is a FILE* opened by OpenLogfile or ExtendLogfile (close-on-exec;
- * a file they create gets mode 0600), or NULL when
+ * A log handle is a FILE* opened by OpenLogfile or ExtendLogfile, or NULL when
  * opening failed; every log and dump routine accepts NULL and then does
- * nothing. The caller owns an open handle and releases it with CloseLogfile.
+ * nothing. Since a log may hold secrets, both open it close-on-exec, create it
+ * with mode 0600, and refuse (NULL, with errno set) rather than write where
+ * another user or a planted link decided: a symbolic link as the file itself
+ * (ELOOP); an existing file that is not a regular file of the effective user
+ * with one link (EPERM); a link on the way, or an existing file, that another
+ * user put in a sticky world-writable directory such as /tmp (EACCES).
+ * The caller owns an open handle and releases it with CloseLogfile.
  * Nothing here is safe for concurrent use: LogMsg uses ctime's buffer, and the
  * trace table and the seeded flags are process-wide and unlocked. */
 #ifndef QORVEL_LOG_H
@@ -35,7 +40,7 @@ QORVEL_API void LogMsgV(FILE* log, int stamp, int flush, const char* format, va_
 QORVEL_API FILE* OpenLogfile(int append, const char* prefix, char* name);
 
 /* Opens `path` as it is, for append or truncation; NULL on failure or for a
- * NULL path. */
+ * NULL path (errno set as above when the file was refused). */
 QORVEL_API FILE* ExtendLogfile(int append, const char* path);
 
 /* Writes the stamped "Log Closed" line and closes the stream. */

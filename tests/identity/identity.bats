@@ -1,74 +1,10 @@
 #!/usr/bin/env bats
-# Password check and identity switch against real account databases: test
-# passwd, group and shadow files are bind-mounted over the system's inside the
-# private mount namespace that ./run creates, so the machine's own accounts
-# are never touched. Hashes are made here with the system's own tools.
+# Password check and identity switch against real account databases (see
+# common.bash).
 
 bats_require_minimum_version 1.5.0
 
-setup_file() {
-  if [ "$(readlink /proc/self/ns/mnt)" = "$(readlink /proc/1/ns/mnt)" ]; then
-    echo "refusing to bind-mount account files outside a private mount namespace" >&2
-    return 1
-  fi
-  local etc=$BATS_FILE_TMPDIR/etc yescrypt_salt
-  mkdir -p "$etc"
-  # The test users run the launcher and the stand-in, so both must be
-  # reachable from outside a checkout that others cannot enter (/root).
-  bin=$(mktemp -d /tmp/qv-identity-bin.XXXXXX)
-  chmod 755 "$bin"
-  cp "$QORVEL" "$FAKE_JVM" "$bin/"
-  export QORVEL="$bin/$(basename "$QORVEL")" FAKE_JVM="$bin/$(basename "$FAKE_JVM")" bin
-  # libcrypt's own salt maker: a yescrypt setting is more than random letters.
-  yescrypt_salt=$(python3 -c 'import ctypes; c = ctypes.CDLL("libcrypt.so.1")
-c.crypt_gensalt.restype = ctypes.c_char_p
-print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
-  {
-    echo 'root:x:0:0:root:/root:/bin/bash'
-    echo 'alice:x:2001:2001::/tmp:/bin/sh'
-    echo 'bob:x:2002:2002::/tmp:/bin/sh'
-    echo 'carol:x:2003:2003::/home/carol:/bin/sh'
-    echo 'dave:x:2004:2004::/tmp:/bin/sh'
-    echo 'erin:X:2005:2005::/tmp:/bin/sh'
-    echo "frank:$(perl -e 'print crypt("frank-pass", "fr")'):2006:2006::/tmp:/bin/sh"
-    echo 'ally:x:2001:2001::/tmp:/bin/sh'
-    echo 'svc:x:2007:2007::/srv/svc:/usr/sbin/nologin'
-    echo 'gone:x:2008:2008::/tmp:/bin/sh'
-    echo 'stale:x:2009:2009::/tmp:/bin/sh'
-  } > "$etc/passwd"
-  {
-    echo 'root:*:19000:0:99999:7:::'
-    echo "alice:$(perl -e 'print crypt("des-pass", "al")'):19000:0:99999:7:::"
-    echo "bob:$(openssl passwd -1 md5-pass):19000:0:99999:7:::"
-    echo "carol:$(openssl passwd -6 sha-pass):19000:0:99999:7:::"
-    echo "dave:$(perl -e 'print crypt("yes-pass", $ARGV[0])' "$yescrypt_salt"):19000:0:99999:7:::"
-    echo "erin:$(openssl passwd -6 erin-pass):19000:0:99999:7:::"
-    echo "ally:$(openssl passwd -6 ally-pass):19000:0:99999:7:::"
-    echo "svc:!$(openssl passwd -6 svc-pass):19000::::::"
-    echo "gone:$(openssl passwd -6 gone-pass):19000:0:99999:7::19001:"
-    echo "stale:$(openssl passwd -6 stale-pass):19000:0:30:7:::"
-  } > "$etc/shadow"
-  chmod 600 "$etc/shadow"
-  printf '%s\n' 'root:x:0:' 'alice:x:2001:' 'devs:x:3000:alice,frank' 'staff:x:3001:ally' \
-    > "$etc/group"
-  for f in passwd shadow group; do mount --bind "$etc/$f" "/etc/$f"; done
-}
-
-setup() {
-  export JREHOME=/opt/jre VTX=/opt/app
-  unset QRB_AUTH_DEBUG QRB_AUTH_DEBUG_FILE
-  # Reachable by the test users after the switch.
-  work=$(mktemp -d /tmp/qv-identity.XXXXXX)
-  mkdir "$work/run"
-  chmod 1777 "$work" "$work/run"
-  cd "$work"
-}
-
-teardown() { rm -rf "$work"; }
-
-teardown_file() { rm -rf "$bin"; }
-
-seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
+load common
 
 # Every hash method: the child runs as the user, in the group, with no group of root left,
 # leading a new session with the -r umask in the -w directory. Without a group the
@@ -146,6 +82,7 @@ CASES
   QRB_AUTH_DEBUG=1 run "$QORVEL" -s -u carol::bad-pass "$FAKE_JVM"
   [ "$status" -eq 5 ]
   [ "$(cat authdbg.log)" = "IN qorvel - Password verified."$'\n'"IN qorvel - ERROR validating password: Password is invalid." ]
+  [ "$(stat -c %a authdbg.log)" = 600 ]
   QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -s -u carol::bad-pass "$FAKE_JVM"
   [ ! -e other.log ]
   QRB_AUTH_DEBUG=1 QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -g -l dbg.log -s -ucarol::bad-pass "$FAKE_JVM"
