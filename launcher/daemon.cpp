@@ -142,7 +142,7 @@ int become_daemon(const char* user, const char* group, uid_t uid, gid_t gid) {
         if (verbose()) outMessage(code, "can't setsid, errno\n");
         return code;
     }
-    umask(static_cast<mode_t>(settings.umask_value));
+    if (settings.umask_value >= 0) umask(static_cast<mode_t>(settings.umask_value));
     return 0;
 }
 

@@ -2,6 +2,7 @@
 
 #include <strings.h>
 
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -144,10 +145,20 @@ int set_identity(char* arg) {
     return kUserFormat;
 }
 
-void set_umask(const char* arg) {
-    settings.umask_value = static_cast<int>(std::strtol(arg, nullptr, 8));
-    trace("Enabled -r option, umask = (0%o) (only valid with -d)\n",
-          static_cast<unsigned>(settings.umask_value));
+// A mask is one to four octal digits, at most 0777: anything else, read as
+// far as it goes, would quietly give the JVM some other mask, often 0.
+bool set_umask(const char* arg) {
+    std::string_view text = arg;
+    int mask = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), mask, 8);
+    if (text.empty() || text.size() > 4 || error != std::errc() ||
+        end != text.data() + text.size() || mask > 0777) {
+        outMessage(0, "Unable to set -r <umask> option, not an octal mask up to 0777: (%s)\n", arg);
+        return false;
+    }
+    settings.umask_value = mask;
+    trace("Enabled -r option, umask = (0%o) (only valid with -d)\n", static_cast<unsigned>(mask));
+    return true;
 }
 
 // Acts on one option; returns 0 or a failure code. Faulty letters set `bad`.
@@ -191,7 +202,10 @@ int apply_option(int letter, char* arg, bool& bad) {
         case '2':
             return set_output_file(arg, 2);
         case 'r':
-            set_umask(arg);
+            if (!set_umask(arg)) {
+                settings.fOption = -1;
+                bad = true;
+            }
             return 0;
         default:
             settings.fOption = -1;  // every bit reads as set from here on

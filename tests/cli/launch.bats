@@ -150,12 +150,12 @@ expect_failure() {
   [ "$output" = "!+0099%processid $(seen pid out.txt)"$'\n\n'"!+0099%completed" ]
 }
 
-@test "-d detaches at once into a new session with umask 0; without -d, -s and -r change nothing" {
-  run --separate-stderr "$QORVEL" -d -1 out.txt "$FAKE_JVM" --exit 3
+@test "-d detaches at once into a new session with the caller's umask; without -d, -s and -r change nothing" {
+  run --separate-stderr bash -c "umask 027; '$QORVEL' -d -1 out.txt '$FAKE_JVM' --exit 3"
   [ "$status" -eq 0 ]
   # Wait until the detached child has written its last line.
   for _ in $(seq 1 100); do grep -q '^groups=' out.txt 2>/dev/null && break; sleep 0.05; done
-  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0000" ]
+  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0027" ]
   [ "$(seen ppid out.txt)" != "$$" ]
   run --separate-stderr bash -c "umask 022; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
   [ "$status" -eq 4 ]
@@ -164,7 +164,7 @@ expect_failure() {
 }
 
 @test "-s makes the parent wait and exit with the child's status, as the debug log follows" {
-  run --separate-stderr "$QORVEL" -g -l dbg.log -d -s -r 027 -1 out.txt "$FAKE_JVM" --exit 3
+  run --separate-stderr "$QORVEL" -g -l dbg.log -d -s -r 0027 -1 out.txt "$FAKE_JVM" --exit 3
   [ "$status" -eq 3 ]
   [ "$(seen umask out.txt)" = 0027 ]
   [ "$(stat -c %a out.txt)" = 640 ]
