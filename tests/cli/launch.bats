@@ -87,11 +87,22 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   mkdir work
   printf 'from file\n' > work/in.txt
   export QV_WORK="$BATS_TEST_TMPDIR/work" QV_OUT=out
-  "$QORVEL" -w '$QV_WORK' -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
+  "$QORVEL" -w '$QV_WORK' --pidfile=p.pid -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
   [ "$(seen 'arg\[0\]' work/out.txt)" = "$FAKE_JVM" ]
   [ "$(seen cwd work/out.txt)" = "$BATS_TEST_TMPDIR/work" ]
   [ "$(seen stdin work/out.txt)" = "from file" ]
   [ "$(cat work/err.txt)" = "fake_jvm stderr" ]
+  [ -e p.pid ]  # named from the launch directory
+  # One that cannot be entered stops the launch before the pid file or the daemon child.
+  touch afile
+  while IFS='|' read -r code words text; do
+    run --separate-stderr "$QORVEL" --pidfile=p2.pid $words "$FAKE_JVM"
+    [ "$status:$output:$stderr" = "$code::$(printf '%b' "$text")" ] && [ ! -e p2.pid ] ||
+      { echo "$words: $status $stderr"; false; }
+  done <<'CASES'
+2|-d -w nodir|Cannot enter working directory (nodir)\nNo such file or directory
+20|--dry-run -w afile|Cannot enter working directory (afile)\nNot a directory
+CASES
 }
 
 @test "an output file is written over untruncated, appended to after '::', or made 0664 less the umask" {

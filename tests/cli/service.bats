@@ -73,13 +73,13 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
 
 @test "--dry-run prints the vector and the changed environment, starts and checks nothing more" {
   export QV_WORD='a b'
-  run --separate-stderr env -u PATH "$QORVEL" --dry-run -e 1 -c /cp -w nodir -u nobody-qv::pw -1 out.txt \
+  run --separate-stderr env -u PATH "$QORVEL" --dry-run -e 1 -c /cp -u nobody-qv::pw -1 out.txt \
     "$FAKE_JVM" '${QV_WORD}' "it's" plain <<<'QV_SECRET=hidden'
   [ "$status" -eq 0 ]
   [ "$output" = "$FAKE_JVM 'a b' 'it'\\''s' plain"$'\n'"QV_SECRET=<value not shown>"$'\n'"CLASSPATH=/cp" ] ||
     { echo "$output"; false; }
   [ ! -e out.txt ]
-  [ "$stderr" = "Warning: cannot enter working directory (nodir)"$'\n'"No such file or directory" ]
+  [ -z "$stderr" ]
   run --separate-stderr "$QORVEL" --dry-run "$FAKE_JVM" '$QV_UNSET'
   [ "$status:$output" = "22:" ]
 }
@@ -93,6 +93,6 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
 Warning: the class path reached 2047 characters, the most an expansion keeps, and may be cut
 Warning: an argument reached 2047 characters, the most an expansion keeps, and may be cut" ] ||
     { echo "$stderr"; false; }
-  run --separate-stderr "$QORVEL" -m silent -a app.properties::Srv -w nodir -1 out.txt -2 err.txt "$FAKE_JVM"
+  run --separate-stderr "$QORVEL" -m silent -a app.properties::Srv -1 out.txt -2 err.txt "$FAKE_JVM"
   [ "$status:$stderr" = "0:" ]
 }
