@@ -89,7 +89,7 @@ int processPropFile(const char* arg) {
         report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
         return kPropFileFailed;
     }
-    const PropertyRequest requests[] = {
+    PropertyRequest requests[] = {
         {"classpath", settings.classpath.get(), kPropClasspathSize},
         {"jvmargs", settings.jvmargs.get(), kPropJvmargsSize},
         {"policyfile", settings.policyfile.get(), kPropPolicyfileSize},
