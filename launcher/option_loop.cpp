@@ -2,6 +2,7 @@
 
 #include <strings.h>
 
+#include <cerrno>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
@@ -9,6 +10,7 @@
 #include <new>
 #include <string_view>
 
+#include "config/expand_envvars.h"
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
 #include "launcher/getopt.h"
@@ -41,11 +43,16 @@ int set_work_dir(const char* arg) {
 
 int set_classpath(const char* arg) {
     char expanded[QORVEL_EXPAND_MAX];
-    if (!expand_envvars(expanded, arg)) {
+    Expansion result = expand_references(expanded, arg);
+    if (result == Expansion::kFailed) {
         report("Unabled to set -c <classpath> option, error in argument: (%s)\n", arg);
         return kClasspathFailed;
     }
-    warn_if_at_bound(expanded, "the class path");
+    if (result == Expansion::kCut) {  // a cut class path would load some other set of classes
+        report("Unable to set -c <classpath> option, longer than %d characters: (%s)\n",
+               QORVEL_EXPAND_MAX - 1, arg);
+        return EINVAL;
+    }
     bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH", expanded);
     putenv(env_classpath);
     trace("Enabled -c option, set (%s)\n", env_classpath);
@@ -55,9 +62,9 @@ int set_classpath(const char* arg) {
 // -x: like -a, but the class path goes into the environment instead of the
 // JVM's arguments.
 int set_classpath_from_props(const char* arg) {
-    if (processPropFile(arg) != 0) {
+    if (int rc = processPropFile(arg)) {
         report("Unable to set -x option, error in argument: (%s)\n", arg);
-        return kClasspathFailed;
+        return rc == EINVAL ? rc : kClasspathFailed;
     }
     if (!settings.classpath) {
         trace("-x option but no CLASSPATH found");
@@ -92,7 +99,8 @@ int expand_file_name(const char* name, HeapText& target) {
     HeapText buffer(new (std::nothrow) char[size]);
     if (!buffer) return kNoMemory;
     char expanded[QORVEL_EXPAND_MAX];
-    if (!expand_envvars(expanded, name) || !bounded_copy(buffer.get(), size, expanded)) {
+    if (expand_references(expanded, name) != Expansion::kWhole ||
+        !bounded_copy(buffer.get(), size, expanded)) {
         return kRedirectFailed;
     }
     target = std::move(buffer);

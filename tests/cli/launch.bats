@@ -142,6 +142,7 @@ expect_failure() {
   expect_failure 7 'Error starting JVM, error 7.\nArgument list too long' "$FAKE_JVM" "$half" "${half}a"
   run "$QORVEL" "$FAKE_JVM" "$half" "$half"
   [ "$status" -eq 0 ]
+  [ "$(seen 'arg\[2\]' <<<"$output")" = "$half" ]  # a word without a reference goes whole
   # A failure after a redirection is reported into the redirected stream.
   run --separate-stderr "$QORVEL" -1 out.txt -2 nodir/err "$FAKE_JVM"
   [ "$status" -eq 2 ]

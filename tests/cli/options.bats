@@ -95,9 +95,11 @@ CASES
 -1|244|Unabled to set -1 <file_stdout> option, error in argument: (xxx
 -2|244|Unabled to set -2 <file_stderr> option, error in argument: (xxx
 -r|248|Unable to set -r <umask> option, not an octal mask up to 0777: (xxx
+-0|244|Unabled to set -0 <file_stdin> option, error in argument: (xxx
+-c|22|Unable to set -c <classpath> option, longer than 2047 characters: (xxx
 CASES
   # The others take the value, cut where it is cut, and the run goes on to miss JREHOME.
-  for option in -0 -c -e -m -l -o; do
+  for option in -e -m -l -o; do
     run "$QORVEL" "$option" "$long" java Main
     [ "$status" -eq 247 ] || { echo "$option gave $status"; false; }
   done
