@@ -63,9 +63,9 @@ void BM_InheritedThreeKeyRead(benchmark::State& state) {
     const std::string text = make_text(static_cast<std::size_t>(state.range(0)));
     const qorvel::testing::TempFile file(text);
     char cp[4096], args[2048], policy[2048];
-    const qorvel::PropertyRequest requests[] = {{"classpath", cp, sizeof cp},
-                                                {"jvmargs", args, sizeof args},
-                                                {"policyfile", policy, sizeof policy}};
+    qorvel::PropertyRequest requests[] = {{"classpath", cp, sizeof cp},
+                                          {"jvmargs", args, sizeof args},
+                                          {"policyfile", policy, sizeof policy}};
     for (auto _ : state) {
         cp[0] = args[0] = policy[0] = '\0';
         benchmark::DoNotOptimize(

@@ -1,3 +1,5 @@
+#include "config/expand_envvars.h"
+
 #include <cstdlib>
 #include <string_view>
 
@@ -8,21 +10,13 @@ namespace {
 
 constexpr std::size_t kOutputSize = QORVEL_EXPAND_MAX;
 constexpr std::size_t kNameSize = 256;
-constexpr std::size_t kValueSize = 2048;
-
-// Copies the value of `name` into `dst` (cut to size - 1 characters); 0 when unset.
-int getValue(const char* name, char* dst, std::size_t size) {
-    const char* value = std::getenv(name);
-    if (!value) return 0;
-    qorvel::bounded_copy(dst, size, value);
-    return 1;
-}
 
 // One left-to-right pass over the source; all state lives on the caller's stack.
-class Expansion {
+class Pass {
   public:
     bool run(std::string_view src);
     const char* result() const { return output_; }
+    bool cut() const { return produced_ > kOutputSize - 1; }
 
   private:
     bool substitute();
@@ -48,16 +42,17 @@ class Expansion {
     char previous_ = '\0';
 };
 
-bool Expansion::substitute() {
-    char value[kValueSize];
-    if (name_overflow_ || !getValue(name_, value, sizeof value)) return false;
+// The value goes in whole, so `produced_` counts every character of it.
+bool Pass::substitute() {
+    const char* value = name_overflow_ ? nullptr : std::getenv(name_);
+    if (!value) return false;
     emit(value);
     name_[0] = '\0';
     return true;
 }
 
 // Handles one source character; false when the whole expansion fails.
-bool Expansion::step(char c, char next) {
+bool Pass::step(char c, char next) {
     switch (c) {
         case '$':
             if (previous_ == '~') {
@@ -104,9 +99,9 @@ bool Expansion::step(char c, char next) {
     }
 }
 
-bool Expansion::run(std::string_view src) {
+bool Pass::run(std::string_view src) {
     for (std::size_t i = 0; i < src.size(); ++i) {
-        if (produced_ > kOutputSize - 1) break;  // the rest of the input is dropped
+        if (cut()) break;  // the rest of the input is dropped
         char next = i + 1 < src.size() ? src[i + 1] : '\0';
         if (!step(src[i], next)) return false;
         previous_ = src[i];
@@ -117,9 +112,17 @@ bool Expansion::run(std::string_view src) {
 
 }  // namespace
 
+namespace qorvel {
+
+Expansion expand_references(char* dst, const char* src) {
+    Pass pass;
+    if (!pass.run(src)) return Expansion::kFailed;
+    bounded_copy(dst, kOutputSize, pass.result());
+    return pass.cut() ? Expansion::kCut : Expansion::kWhole;
+}
+
+}  // namespace qorvel
+
 extern "C" int expand_envvars(char* dst, const char* src) {
-    Expansion expansion;
-    if (!expansion.run(src)) return 0;
-    qorvel::bounded_copy(dst, kOutputSize, expansion.result());
-    return 1;
+    return qorvel::expand_references(dst, src) != qorvel::Expansion::kFailed;
 }

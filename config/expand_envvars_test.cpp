@@ -1,6 +1,9 @@
+#include "config/expand_envvars.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -67,13 +70,23 @@ TEST_F(ExpandEnvvars, FailuresLeaveTheDestinationUntouched) {
     for (const auto& src : failing) EXPECT_EQ(expand(src), "failed, dst sentinel") << src;
 }
 
-TEST_F(ExpandEnvvars, LongResultsAndValuesAreCutTo2047Characters) {
-    for (const char* src : {"$LONG_QV", "ab${LONG_QV}cd"}) {
-        EXPECT_EQ(expand(src).size(), QORVEL_EXPAND_MAX - 1u) << src;
+// Every case yields 2047 characters; only the first one had no more.
+TEST_F(ExpandEnvvars, ACutIsReportedExactly) {
+    using qorvel::Expansion;
+    const std::pair<std::string, Expansion> cases[] = {
+        {std::string(QORVEL_EXPAND_MAX - 1, 's'), Expansion::kWhole},
+        {std::string(QORVEL_EXPAND_MAX, 's'), Expansion::kCut},
+        {"$LONG_QV", Expansion::kCut},  // a value past the bound on its own
+        // Once the result is full the rest of the text is not read, references included.
+        {std::string(3000, 's') + "${UNSET_QV}", Expansion::kCut},
+    };
+    for (const auto& [src, expected] : cases) {
+        char dst[QORVEL_EXPAND_MAX + 1] = "";
+        dst[QORVEL_EXPAND_MAX] = '#';  // a write past the buffer shows here
+        EXPECT_EQ(qorvel::expand_references(dst, src.c_str()), expected) << src.substr(0, 16);
+        EXPECT_EQ(std::strlen(dst), QORVEL_EXPAND_MAX - 1u) << src.substr(0, 16);
+        EXPECT_EQ(dst[QORVEL_EXPAND_MAX], '#');
     }
-    // Once the result is full the rest of the text is not read, references included.
-    EXPECT_EQ(expand(std::string(3000, 's') + "${UNSET_QV}"),
-              std::string(QORVEL_EXPAND_MAX - 1, 's'));
 }
 
 }  // namespace

@@ -24,6 +24,7 @@ constexpr std::size_t kWholeValueSize = 1024;
 struct Entry {
     char whole[kWholeValueSize];  // the value, cut at 1023 characters
     char word[kLineSize];         // its first word
+    bool whole_cut;               // whether `whole` lost characters
 };
 
 // Reads the section's lines from `in` for `key`; true when found.
@@ -36,7 +37,9 @@ bool scan_section(Source& in, const char* key, Entry& entry) {
         if (line[0] == '\0' || line[0] == '#') continue;
         cfg_getkeyword(keyword, line);
         if (strcasecmp(keyword, key) != 0) continue;
-        bounded_copy(entry.whole, line);
+        // A line the reader cut leaves a longer value than `whole` holds (for
+        // any key under 1000 characters), so that cut shows here as well.
+        entry.whole_cut = !bounded_copy(entry.whole, line);
         bounded_copy(entry.word, cfg::first_word(line));
         return true;
     }
@@ -71,7 +74,7 @@ void store_number(void* out, long number) { std::memcpy(out, &number, sizeof num
 
 // Fills `out` from a found entry; returns the status.
 long take_value(const CFGHANDLE& handle, const char* key, const Entry& entry, void* out,
-                std::size_t outSize, unsigned int flags, int substitute) {
+                std::size_t outSize, unsigned int flags, int substitute, std::size_t* cutAt) {
     std::memset(out, 0, outSize);
     if ((flags & PROP_TYPE_MASK) == PROP_INTEGER) {
         char number[QORVEL_EXPAND_MAX];
@@ -81,25 +84,22 @@ long take_value(const CFGHANDLE& handle, const char* key, const Entry& entry, vo
         store_number(out, std::strtol(substitute ? number : entry.word, nullptr, 10));
         return 0;
     }
-    const char* source = (flags & PROP_WHOLE_LINE) ? entry.whole : entry.word;
+    bool whole = (flags & PROP_WHOLE_LINE) != 0;
+    if (whole && entry.whole_cut) note_cut(cutAt, kWholeValueSize - 1);
+    const char* source = whole ? entry.whole : entry.word;
     char* text = static_cast<char*>(out);
     if (!substitute) {
-        bounded_copy(text, outSize, source);
+        if (!bounded_copy(text, outSize, source)) note_cut(cutAt, outSize - 1);
         return 0;
     }
-    return filter_value(&handle, key, text, outSize, source) == 0 ? CFG_BAD_VALUE : 0;
+    return filter_value(&handle, key, text, outSize, source, cutAt) == 0 ? CFG_BAD_VALUE : 0;
 }
 
 }  // namespace
-}  // namespace qorvel
 
-using qorvel::bounded_copy;
-using qorvel::Entry;
-using qorvel::store_number;
-
-extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out,
-                             std::size_t outSize, unsigned int flags, const char* defaultText,
-                             long defaultNumber, int substitute) {
+long lookup_value(const CFGHANDLE* handle, const char* key, void* out, std::size_t outSize,
+                  unsigned int flags, const char* defaultText, long defaultNumber, int substitute,
+                  std::size_t* cutAt) {
     if (!handle) return CFG_NULL_HANDLE;
     if (!key || !out) return CFG_NOT_FOUND;
     const CFGHANDLE copy = *handle;  // the caller's handle stays as it was
@@ -107,8 +107,8 @@ extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out
 
     long status = CFG_NOT_FOUND;
     Entry entry;
-    if (copy.fp && qorvel::find_entry(copy, key, entry)) {
-        status = qorvel::take_value(copy, key, entry, out, outSize, flags, substitute);
+    if (copy.fp && find_entry(copy, key, entry)) {
+        status = take_value(copy, key, entry, out, outSize, flags, substitute, cutAt);
     } else if (isNumber && defaultNumber != PROP_NO_DEFAULT_NUMBER) {
         if (out != defaultText) store_number(out, defaultNumber);
         status = 0;
@@ -124,4 +124,13 @@ extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out
         }
     }
     return status;
+}
+
+}  // namespace qorvel
+
+extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out,
+                             std::size_t outSize, unsigned int flags, const char* defaultText,
+                             long defaultNumber, int substitute) {
+    return qorvel::lookup_value(handle, key, out, outSize, flags, defaultText, defaultNumber,
+                                substitute);
 }

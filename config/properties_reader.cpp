@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "config/lookup.h"
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
 
@@ -16,20 +17,23 @@ namespace qorvel {
 namespace {
 
 // Reads the requests from the section the handle is positioned on. A value
-// found replaces the buffer's text: only that text is cleared, and the copy
-// stops at the buffer's capacity.
-long read_level(const CFGHANDLE& handle, int substitute,
-                std::span<const PropertyRequest> requests) {
+// found replaces the buffer's text (and the cut of a parent's value): only
+// that text is cleared, and the copy stops at the buffer's capacity.
+long read_level(const CFGHANDLE& handle, int substitute, std::span<PropertyRequest> requests) {
     long result = 0;
     char value[CFG_VALUE_SIZE];
-    for (const PropertyRequest& request : requests) {
+    for (PropertyRequest& request : requests) {
         if (!request.key || !request.buffer || request.capacity == 0) break;
+        std::size_t cut_at = 0;
         long rc =
-            getPropValue(&handle, request.key, value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
-                         nullptr, PROP_NO_DEFAULT_NUMBER, substitute);
+            lookup_value(&handle, request.key, value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
+                         nullptr, PROP_NO_DEFAULT_NUMBER, substitute, &cut_at);
         if (rc == CFG_NOT_FOUND) continue;  // the buffer keeps its default
         std::memset(request.buffer, 0, bounded_length(request.buffer, request.capacity));
-        bounded_copy(request.buffer, request.capacity, value);
+        if (!bounded_copy(request.buffer, request.capacity, value)) {
+            note_cut(&cut_at, request.capacity - 1);
+        }
+        request.cut_at = cut_at;
         if (rc != 0) result = rc;
     }
     return result;
@@ -60,7 +64,7 @@ std::size_t deepest_level_length(std::string_view name) {
 }  // namespace
 
 long read_properties(int substitute, const char* fileName, const char* sectionName,
-                     std::span<const PropertyRequest> requests, int* levelsFound) {
+                     std::span<PropertyRequest> requests, int* levelsFound) {
     if (levelsFound) *levelsFound = 0;
     if (!fileName || !sectionName) return CFG_NOT_FOUND;
     std::string_view name = sectionName;

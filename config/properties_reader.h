@@ -8,8 +8,10 @@ namespace qorvel {
 
 struct PropertyRequest {
     const char* key;
-    char* buffer;          // holds the default on entry, the value on return
-    std::size_t capacity;  // bytes of `buffer`; longer values are cut to fit
+    char* buffer;            // holds the default on entry, the value on return
+    std::size_t capacity;    // bytes of `buffer`; longer values are cut to fit
+    std::size_t cut_at = 0;  // on return: 0, or how many characters were kept of a value
+                             // cut on its way (from the file, a reference or a variable)
 };
 
 // Reads every request from `sectionName` and each of its dotted ancestors,
@@ -17,6 +19,6 @@ struct PropertyRequest {
 // what getProperties returns; `levelsFound`, when given, receives how many of
 // the levels exist in the file.
 long read_properties(int substitute, const char* fileName, const char* sectionName,
-                     std::span<const PropertyRequest> requests, int* levelsFound = nullptr);
+                     std::span<PropertyRequest> requests, int* levelsFound = nullptr);
 
 }  // namespace qorvel

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "config/expand_envvars.h"
 #include "config/lookup.h"
 #include "util/bounded_text.h"
 
@@ -30,14 +31,15 @@ bool equals_nocase(std::string_view a, std::string_view b) {
 
 // The value of `ref` ("key" or "section.key") as it appears inside
 // "!{value-of:...}" while reading `key` on `handle`; empty when absent.
-std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std::string_view ref) {
+std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std::string_view ref,
+                              std::size_t* cutAt) {
     char value[CFG_VALUE_SIZE] = "";
     std::size_t dot = ref.rfind('.');
     if (dot == std::string_view::npos) {
         if (equals_nocase(ref, key)) return {};  // refers to itself
         std::string name(ref);
-        long rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
-                               PROP_NO_DEFAULT_NUMBER, 0);
+        long rc = lookup_value(&handle, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
+                               PROP_NO_DEFAULT_NUMBER, 0, cutAt);
         return rc == 0 ? value : "";
     }
     std::string section(ref.substr(0, dot));
@@ -48,16 +50,17 @@ std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std
 
     long rc;
     if (section.empty()) {
-        rc = getPropValue(&handle, name.c_str(), value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
-                          nullptr, PROP_NO_DEFAULT_NUMBER, 0);
+        rc = lookup_value(&handle, name.c_str(), value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
+                          nullptr, PROP_NO_DEFAULT_NUMBER, 0, cutAt);
     } else {
         // A section that does not exist resolves to nothing rather than to the
         // entries above the first header.
         CFGHANDLE second;
         rc = opencfg(section.c_str(), nullptr, handle.fileName, &second);
         if (rc == 0) {
-            rc = getPropValue(&second, name.c_str(), value, sizeof value,
-                              PROP_STRING | PROP_WHOLE_LINE, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
+            rc = lookup_value(&second, name.c_str(), value, sizeof value,
+                              PROP_STRING | PROP_WHOLE_LINE, nullptr, PROP_NO_DEFAULT_NUMBER, 0,
+                              cutAt);
         }
         closecfg(&second);
     }
@@ -68,22 +71,25 @@ std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std
 // references then costs string work, not a scan of the file per pass.
 class ReferenceCache {
   public:
-    ReferenceCache(const CFGHANDLE& handle, std::string_view key) : handle_(handle), key_(key) {}
+    ReferenceCache(const CFGHANDLE& handle, std::string_view key, std::size_t* cutAt)
+        : handle_(handle), key_(key), cutAt_(cutAt) {}
     const std::string& value(std::string_view ref) {
         auto [it, added] = values_.try_emplace(std::string(ref));
-        if (added) it->second = resolve_reference(handle_, key_, ref);
+        if (added) it->second = resolve_reference(handle_, key_, ref, cutAt_);
         return it->second;
     }
 
   private:
     const CFGHANDLE& handle_;
     std::string_view key_;
+    std::size_t* cutAt_;
     std::unordered_map<std::string, std::string> values_;
 };
 
 // Replaces every "!{value-of:...}"; false when the text never settles or outgrows its bound.
-bool replace_references(const CFGHANDLE& handle, std::string_view key, std::string& text) {
-    ReferenceCache cache(handle, key);
+bool replace_references(const CFGHANDLE& handle, std::string_view key, std::string& text,
+                        std::size_t* cutAt) {
+    ReferenceCache cache(handle, key, cutAt);
     for (int pass = 0;; ++pass) {
         std::size_t at = text.find(kValueOf);
         if (at == std::string::npos) return true;
@@ -106,9 +112,11 @@ bool replace_references(const CFGHANDLE& handle, std::string_view key, std::stri
 }
 
 // An unset variable leaves every reference of the text unexpanded.
-void expand_environment(std::string& text) {
+void expand_environment(std::string& text, std::size_t* cutAt) {
     char expanded[QORVEL_EXPAND_MAX];
-    if (expand_envvars(expanded, text.c_str())) text = expanded;
+    Expansion result = expand_references(expanded, text.c_str());
+    if (result == Expansion::kCut) note_cut(cutAt, QORVEL_EXPAND_MAX - 1);
+    if (result != Expansion::kFailed) text = expanded;
 }
 
 void remove_system_properties(std::string& text) {
@@ -144,30 +152,30 @@ void choose_alternative(std::string& text) {
 }
 
 int substitute(const CFGHANDLE& handle, const char* key, char* out, std::size_t outSize,
-               const char* value) {
+               const char* value, std::size_t* cutAt) {
     std::string text = value;
     if (text.size() > kTextMax) return 0;
-    if (!replace_references(handle, key ? key : "", text)) return 0;
-    expand_environment(text);
+    if (!replace_references(handle, key ? key : "", text, cutAt)) return 0;
+    expand_environment(text, cutAt);
     remove_system_properties(text);
     choose_alternative(text);
-    bounded_copy(out, outSize, text);
+    if (!bounded_copy(out, outSize, text)) note_cut(cutAt, outSize - 1);
     return 1;
 }
 
 }  // namespace
 
 int filter_value(const CFGHANDLE* handle, const char* key, char* out, std::size_t outSize,
-                 const char* value) {
+                 const char* value, std::size_t* cutAt) {
     if (!handle) return static_cast<int>(CFG_NULL_HANDLE);
     if (!out) return 0;
     if (!value) value = "";
     if (std::string_view(value).find_first_of("$@!?") == std::string_view::npos) {
-        bounded_copy(out, outSize, value);
+        if (!bounded_copy(out, outSize, value)) note_cut(cutAt, outSize - 1);
         return 1;
     }
     try {
-        return substitute(*handle, key, out, outSize, value);
+        return substitute(*handle, key, out, outSize, value, cutAt);
     } catch (const std::bad_alloc&) {
         return 0;
     }

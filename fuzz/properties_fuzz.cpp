@@ -140,8 +140,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::fclose(f);
 
     char cp[CFG_VALUE_SIZE] = "", args[CFG_VALUE_SIZE] = "";
-    const qorvel::PropertyRequest requests[] = {{"classpath", cp, sizeof cp},
-                                                {"jvmargs", args, sizeof args}};
+    qorvel::PropertyRequest requests[] = {{"classpath", cp, sizeof cp},
+                                          {"jvmargs", args, sizeof args}};
     qorvel::read_properties(1, g_path.c_str(), "a.b.c", requests);
     check_terminated(cp);
     check_terminated(args);

@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "launcher/settings.h"
-#include "qorvel/config.h"
 #include "qorvel/log.h"
 #include "qorvel/services.h"
 #include "util/bounded_text.h"
@@ -73,13 +72,6 @@ void report(const char* format, ...) {
     format_message(message, format, args);
     va_end(args);
     show(0, message);
-}
-
-void warn_if_at_bound(const char* expanded, const char* what) {
-    constexpr std::size_t kBound = QORVEL_EXPAND_MAX - 1;
-    if (std::strlen(expanded) < kBound) return;
-    report("Warning: %s reached %zu characters, the most an expansion keeps, and may be cut\n",
-           what, kBound);
 }
 
 void trace(const char* format, ...) {

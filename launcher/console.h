@@ -11,10 +11,6 @@ void outMessage(int code, const char* format, ...) __attribute__((format(printf,
 // outMessage(0, ...) when VERBOSE_MODE is set: progress and failure reports.
 void report(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
-// report()s a warning when `expanded` filled the whole bound of an expansion,
-// where longer text is cut without a word; `what` names it ("the class path").
-void warn_if_at_bound(const char* expanded, const char* what);
-
 // One unstamped, flushed line in the debug log when debugging is on.
 void trace(const char* format, ...) __attribute__((format(printf, 1, 2)));
 

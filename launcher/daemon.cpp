@@ -91,7 +91,7 @@ int become_daemon(const char* user, const char* group, const Identity& identity)
         if (verbose()) outMessage(code, "can't setsid, errno\n");
         return code;
     }
-    umask(static_cast<mode_t>(settings.umask_value));
+    if (settings.umask_value >= 0) umask(static_cast<mode_t>(settings.umask_value));
     return 0;
 }
 

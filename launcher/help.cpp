@@ -22,7 +22,7 @@ constexpr const char* kHelp =
     "  -u user:group:password  identity of the daemon child\n"
     "  -d                      start the JVM in a detached daemon child\n"
     "  -s                      with -d, wait for the child and exit with its status\n"
-    "  -r mask                 octal file-creation mask of the daemon child\n"
+    "  -r mask                 octal file-creation mask of the daemon child (default: inherited)\n"
     "  -a file::section        class path, JVM options and policy file from a section\n"
     "  -x file::section        like -a, with the class path put into CLASSPATH\n"
     "  -g                      append a debug log\n"

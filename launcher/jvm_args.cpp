@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "config/expand_envvars.h"
 #include "launcher/console.h"
 #include "launcher/settings.h"
 #include "qorvel/config.h"
@@ -113,13 +114,19 @@ bool make_policy_option() {
     return true;
 }
 
-int append_expanded(Builder& vector, const char* word, const char* failure_text) {
+// A word without a reference goes in whole, however long; an expanded one
+// that does not fit is refused, since a cut word would mean something else.
+// `what` names the word in messages.
+int append_expanded(Builder& vector, const char* word, const char* what) {
+    if (!std::strchr(word, '$')) return vector.append(word) ? 0 : errno;
     char expanded[QORVEL_EXPAND_MAX] = "";
-    if (!expand_envvars(expanded, word)) {
-        report(failure_text, word);
-        return EINVAL;
+    Expansion result = expand_references(expanded, word);
+    if (result == Expansion::kFailed) report("Error parsing %s: (%s)\n", what, word);
+    if (result == Expansion::kCut) {
+        report("Error parsing %s, longer than %d characters when expanded: (%s)\n", what,
+               QORVEL_EXPAND_MAX - 1, word);
     }
-    warn_if_at_bound(expanded, "an argument");
+    if (result != Expansion::kWhole) return EINVAL;
     return vector.append(expanded) ? 0 : errno;
 }
 
@@ -140,7 +147,7 @@ int create_argv(char** words, char*** argv, const char* program) {
                            (is_set(settings.policyfile) ? 1 : 0);
     Builder vector;
     if (!vector.allocate(capacity)) return errno;
-    if (int rc = append_expanded(vector, program, "Error parsing file argument: (%s)\n")) return rc;
+    if (int rc = append_expanded(vector, program, "file argument")) return rc;
     if (is_set(settings.classpath) &&
         !(vector.append("-classpath") && vector.append(settings.classpath.get()))) {
         return errno;
@@ -151,7 +158,7 @@ int create_argv(char** words, char*** argv, const char* program) {
         return ENOMEM;
     }
     for (char** word = words; *word != nullptr; ++word) {
-        if (int rc = append_expanded(vector, *word, "Error parsing argument: (%s)\n")) return rc;
+        if (int rc = append_expanded(vector, *word, "argument")) return rc;
     }
     *argv = vector.release();
     return 0;

@@ -10,8 +10,9 @@ inline constexpr long kMaxArgumentChars = 131072;
 // Builds the NULL-terminated vector from `program` (as typed), the settings'
 // classpath, jvmargs and policyfile, and `words` (NULL-terminated, the words
 // after the program). Afterwards settings.policyfile holds the whole policy
-// option. Returns 0 with *argv set, or 7 (too long), 22 (a word cannot be
-// expanded) or errno; on failure *argv is left alone.
+// option. Words with a "$" are expanded, the others go in whole. Returns 0
+// with *argv set, or 7 (too long), 22 (a word cannot be expanded, or its
+// expansion does not fit) or errno; on failure *argv is left alone.
 int create_argv(char** words, char*** argv, const char* program);
 
 // Releases a vector made by create_argv; a null vector is ignored.

@@ -3,12 +3,15 @@
 #include <strings.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 #include <string_view>
 
+#include "config/expand_envvars.h"
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
 #include "launcher/getopt.h"
@@ -41,11 +44,16 @@ int set_work_dir(const char* arg) {
 
 int set_classpath(const char* arg) {
     char expanded[QORVEL_EXPAND_MAX];
-    if (!expand_envvars(expanded, arg)) {
+    Expansion result = expand_references(expanded, arg);
+    if (result == Expansion::kFailed) {
         report("Unabled to set -c <classpath> option, error in argument: (%s)\n", arg);
         return kClasspathFailed;
     }
-    warn_if_at_bound(expanded, "the class path");
+    if (result == Expansion::kCut) {  // a cut class path would load some other set of classes
+        report("Unable to set -c <classpath> option, longer than %d characters: (%s)\n",
+               QORVEL_EXPAND_MAX - 1, arg);
+        return EINVAL;
+    }
     bounded_format(env_classpath, sizeof env_classpath, "%s=%s", "CLASSPATH", expanded);
     putenv(env_classpath);
     trace("Enabled -c option, set (%s)\n", env_classpath);
@@ -55,9 +63,9 @@ int set_classpath(const char* arg) {
 // -x: like -a, but the class path goes into the environment instead of the
 // JVM's arguments.
 int set_classpath_from_props(const char* arg) {
-    if (processPropFile(arg) != 0) {
+    if (int rc = processPropFile(arg)) {
         report("Unable to set -x option, error in argument: (%s)\n", arg);
-        return kClasspathFailed;
+        return rc == EINVAL ? rc : kClasspathFailed;
     }
     if (!settings.classpath) {
         trace("-x option but no CLASSPATH found");
@@ -92,7 +100,8 @@ int expand_file_name(const char* name, HeapText& target) {
     HeapText buffer(new (std::nothrow) char[size]);
     if (!buffer) return kNoMemory;
     char expanded[QORVEL_EXPAND_MAX];
-    if (!expand_envvars(expanded, name) || !bounded_copy(buffer.get(), size, expanded)) {
+    if (expand_references(expanded, name) != Expansion::kWhole ||
+        !bounded_copy(buffer.get(), size, expanded)) {
         return kRedirectFailed;
     }
     target = std::move(buffer);
@@ -145,10 +154,20 @@ int set_identity(char* arg) {
     return kUserFormat;
 }
 
-void set_umask(const char* arg) {
-    settings.umask_value = static_cast<int>(std::strtol(arg, nullptr, 8));
-    trace("Enabled -r option, umask = (0%o) (only valid with -d)\n",
-          static_cast<unsigned>(settings.umask_value));
+// A mask is one to four octal digits, at most 0777: anything else, read as
+// far as it goes, would quietly give the JVM some other mask, often 0.
+bool set_umask(const char* arg) {
+    std::string_view text = arg;
+    int mask = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), mask, 8);
+    if (text.empty() || text.size() > 4 || error != std::errc() ||
+        end != text.data() + text.size() || mask > 0777) {
+        outMessage(0, "Unable to set -r <umask> option, not an octal mask up to 0777: (%s)\n", arg);
+        return false;
+    }
+    settings.umask_value = mask;
+    trace("Enabled -r option, umask = (0%o) (only valid with -d)\n", static_cast<unsigned>(mask));
+    return true;
 }
 
 // Acts on one option; returns 0 or a failure code. Faulty letters set `bad`.
@@ -192,7 +211,10 @@ int apply_option(int letter, char* arg, bool& bad) {
         case '2':
             return set_output_file(arg, 2);
         case 'r':
-            set_umask(arg);
+            if (!set_umask(arg)) {
+                settings.fOption = -1;
+                bad = true;
+            }
             return 0;
         default:
             settings.fOption = -1;  // every bit reads as set from here on

@@ -1,5 +1,6 @@
 #include "launcher/process_config.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -43,11 +44,31 @@ int launch(int argc, char** argv) {
     return rc;
 }
 
-// A directory that cannot be entered is not fatal: the JVM starts where we are.
-void enter_work_dir() {
-    if (settings.workDir[0] == '\0' || chdir(settings.workDir) == 0) return;
-    if (verbose())
-        outMessage(errno, "Warning: cannot enter working directory (%s)\n", settings.workDir);
+// Returns 0 or the chdir errno. Starting anywhere else would let the JVM find
+// a relative program, class path or redirection file someone else planted.
+int enter_work_dir() {
+    if (settings.workDir[0] == '\0' || chdir(settings.workDir) == 0) return 0;
+    int code = errno;
+    if (verbose()) outMessage(code, "Cannot enter working directory (%s)\n", settings.workDir);
+    return code;
+}
+
+int launch_dir_lost(int code) {
+    if (verbose()) outMessage(code, "Cannot return to the launch directory\n");
+    return code;
+}
+
+// Enters the directory and comes back, so a failure is known before the pid
+// file or the daemon child exists; the pid file is still named from here, and
+// the JVM's process enters the directory for good.
+int try_work_dir() {
+    if (settings.workDir[0] == '\0') return 0;
+    int here = open(".", O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (here == -1) return launch_dir_lost(errno);
+    int rc = enter_work_dir();
+    if (rc == 0 && fchdir(here) != 0) rc = launch_dir_lost(errno);
+    close(here);
+    return rc;
 }
 
 bool has_command(int argc) {
@@ -61,15 +82,15 @@ bool has_command(int argc) {
 int start(int argc, char** argv) {
     int rc = start_daemon_if_asked();
     if (rc == 0) rc = commit_pidfile();  // done already by a daemon child
+    if (rc == 0) rc = enter_work_dir();
     if (rc != 0) return rc;
-    enter_work_dir();
     if (!has_command(argc)) return kNoCommand;
     return launch(argc, argv);
 }
 
 // --dry-run: the checks of a launch without its start.
 int check_only(int argc, char** argv) {
-    enter_work_dir();
+    if (int rc = enter_work_dir()) return rc;
     if (!has_command(argc)) return kNoCommand;
     return dry_run(argv, opt::optind);
 }
@@ -95,6 +116,7 @@ int processConfig(int argc, char** argv) {
     if (rc != 0) return rc;
     if ((rc = prefix_path()) != 0) return rc;
     if (settings.dryRun) return check_only(argc, argv);
+    if ((rc = try_work_dir()) != 0) return rc;
     if ((rc = read_password_file()) != 0) return rc;
     if ((rc = prepare_pidfile()) != 0) return rc;
     rc = start(argc, argv);

@@ -1,8 +1,10 @@
 #include "launcher/prop_file.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <new>
+#include <span>
 #include <string_view>
 
 #include "config/properties_reader.h"
@@ -63,6 +65,19 @@ void keep_if_set(HeapText& setting, const char* name) {
     }
 }
 
+// A cut class path, option or policy would start the JVM with some other one.
+bool all_whole(std::span<const PropertyRequest> requests, const PropArgument& parsed) {
+    for (const PropertyRequest& request : requests) {
+        if (request.cut_at == 0) continue;
+        report(
+            "Unable to set -a <property file> option, (%s) is longer than %zu characters in "
+            "section (%s) of file (%s)\n",
+            request.key, request.cut_at, parsed.section, parsed.path);
+        return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 int processPropFile(const char* arg) {
@@ -89,7 +104,7 @@ int processPropFile(const char* arg) {
         report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
         return kPropFileFailed;
     }
-    const PropertyRequest requests[] = {
+    PropertyRequest requests[] = {
         {"classpath", settings.classpath.get(), kPropClasspathSize},
         {"jvmargs", settings.jvmargs.get(), kPropJvmargsSize},
         {"policyfile", settings.policyfile.get(), kPropPolicyfileSize},
@@ -103,6 +118,7 @@ int processPropFile(const char* arg) {
     if (levels == 0) {  // most likely a misspelt section: the JVM would start without settings
         report("Warning: section (%s) is not in file (%s)\n", parsed.section, parsed.path);
     }
+    if (!all_whole(requests, parsed)) return EINVAL;
     char* classpath = settings.classpath.get();
     std::replace(classpath, classpath + std::strlen(classpath), ',', ':');
     keep_if_set(settings.classpath, "classpath");

@@ -18,7 +18,8 @@ inline constexpr std::size_t kPropPolicyfileSize = 2048;
 // part may be empty: "JavaTools.properties" and "Common" stand in) from the
 // section and its parents, then from its child named after the operating
 // system, into the launch settings. A value found nowhere leaves its setting
-// none. Returns 0, kPropNoMemory or kPropFileFailed.
+// none. Returns 0, kPropNoMemory, kPropFileFailed, or EINVAL when a value
+// did not fit on its way.
 int processPropFile(const char* arg);
 
 }  // namespace qorvel

@@ -29,7 +29,7 @@ struct LaunchSettings {
     FILE* LoggerLog = nullptr;  // the debug log, open while fDebug is set
     char osname[kPathFieldSize] = "";
     char outputDesc[kPathFieldSize] = "stderr";  // console destination
-    int umask_value = 0;
+    int umask_value = -1;  // -r for the daemon child; -1 keeps the inherited mask
     HeapText file_stdin, file_stdout, file_stderr;
     int oflags_stdout = OFLAGS_CREATE;
     int oflags_stderr = OFLAGS_CREATE;

@@ -87,11 +87,22 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   mkdir work
   printf 'from file\n' > work/in.txt
   export QV_WORK="$BATS_TEST_TMPDIR/work" QV_OUT=out
-  "$QORVEL" -w '$QV_WORK' -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
+  "$QORVEL" -w '$QV_WORK' --pidfile=p.pid -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
   [ "$(seen 'arg\[0\]' work/out.txt)" = "$FAKE_JVM" ]
   [ "$(seen cwd work/out.txt)" = "$BATS_TEST_TMPDIR/work" ]
   [ "$(seen stdin work/out.txt)" = "from file" ]
   [ "$(cat work/err.txt)" = "fake_jvm stderr" ]
+  [ -e p.pid ]  # named from the launch directory
+  # One that cannot be entered stops the launch before the pid file or the daemon child.
+  touch afile
+  while IFS='|' read -r code words text; do
+    run --separate-stderr "$QORVEL" --pidfile=p2.pid $words "$FAKE_JVM"
+    [ "$status:$output:$stderr" = "$code::$(printf '%b' "$text")" ] && [ ! -e p2.pid ] ||
+      { echo "$words: $status $stderr"; false; }
+  done <<'CASES'
+2|-d -w nodir|Cannot enter working directory (nodir)\nNo such file or directory
+20|--dry-run -w afile|Cannot enter working directory (afile)\nNot a directory
+CASES
 }
 
 @test "an output file is written over untruncated, appended to after '::', or made 0664 less the umask" {
@@ -131,6 +142,7 @@ expect_failure() {
   expect_failure 7 'Error starting JVM, error 7.\nArgument list too long' "$FAKE_JVM" "$half" "${half}a"
   run "$QORVEL" "$FAKE_JVM" "$half" "$half"
   [ "$status" -eq 0 ]
+  [ "$(seen 'arg\[2\]' <<<"$output")" = "$half" ]  # a word without a reference goes whole
   # A failure after a redirection is reported into the redirected stream.
   run --separate-stderr "$QORVEL" -1 out.txt -2 nodir/err "$FAKE_JVM"
   [ "$status" -eq 2 ]
@@ -150,12 +162,12 @@ expect_failure() {
   [ "$output" = "!+0099%processid $(seen pid out.txt)"$'\n\n'"!+0099%completed" ]
 }
 
-@test "-d detaches at once into a new session with umask 0; without -d, -s and -r change nothing" {
-  run --separate-stderr "$QORVEL" -d -1 out.txt "$FAKE_JVM" --exit 3
+@test "-d detaches at once into a new session with the caller's umask; without -d, -s and -r change nothing" {
+  run --separate-stderr bash -c "umask 027; '$QORVEL' -d -1 out.txt '$FAKE_JVM' --exit 3"
   [ "$status" -eq 0 ]
   # Wait until the detached child has written its last line.
   for _ in $(seq 1 100); do grep -q '^groups=' out.txt 2>/dev/null && break; sleep 0.05; done
-  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0000" ]
+  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0027" ]
   [ "$(seen ppid out.txt)" != "$$" ]
   run --separate-stderr bash -c "umask 022; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
   [ "$status" -eq 4 ]
@@ -164,7 +176,7 @@ expect_failure() {
 }
 
 @test "-s makes the parent wait and exit with the child's status, as the debug log follows" {
-  run --separate-stderr "$QORVEL" -g -l dbg.log -d -s -r 027 -1 out.txt "$FAKE_JVM" --exit 3
+  run --separate-stderr "$QORVEL" -g -l dbg.log -d -s -r 0027 -1 out.txt "$FAKE_JVM" --exit 3
   [ "$status" -eq 3 ]
   [ "$(seen umask out.txt)" = 0027 ]
   [ "$(stat -c %a out.txt)" = 640 ]
