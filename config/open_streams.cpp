@@ -12,7 +12,6 @@ namespace {
 struct Opened {
     const CFGHANDLE* handle;
     FILE* stream;
-    std::shared_ptr<FileImage> image;  // mapped on first use
 };
 
 // Readers of different records may open files at the same time.
@@ -24,7 +23,7 @@ std::vector<Opened> opened;
 void add(const CFGHANDLE* handle, FILE* stream) {
     std::lock_guard guard(lock);
     try {
-        opened.push_back({handle, stream, nullptr});
+        opened.push_back({handle, stream});
     } catch (const std::bad_alloc&) {
         // Unrecorded, the stream is only not closed by a later re-open.
     }
@@ -44,20 +43,6 @@ FILE* take(const CFGHANDLE* handle) {
 void remove(FILE* stream) {
     std::lock_guard guard(lock);
     std::erase_if(opened, [&](const Opened& o) { return o.stream == stream; });
-}
-
-std::shared_ptr<FileImage> image_of(FILE* stream) noexcept {
-    if (!stream) return nullptr;
-    std::lock_guard guard(lock);
-    auto it = std::find_if(opened.begin(), opened.end(),
-                           [&](const Opened& o) { return o.stream == stream; });
-    if (it == opened.end()) return nullptr;
-    try {
-        if (!it->image) it->image = FileImage::map(fileno(stream));
-    } catch (const std::bad_alloc&) {
-        return nullptr;  // the stream is then read as it always could be
-    }
-    return it->image;
 }
 
 }  // namespace qorvel::open_streams

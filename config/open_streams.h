@@ -5,9 +5,7 @@
 #pragma once
 
 #include <cstdio>
-#include <memory>
 
-#include "config/file_image.h"
 #include "qorvel/config.h"
 
 namespace qorvel::open_streams {
@@ -21,10 +19,5 @@ FILE* take(const CFGHANDLE* handle);
 
 // Takes `stream` off the record, whichever copy of a handle closes it.
 void remove(FILE* stream);
-
-// The image of the file open on `stream`, mapped on first use and shared by
-// every copy of its handle until it is closed; nullptr for a stream opencfg
-// did not open, or a file that cannot be mapped (or no memory to map it).
-std::shared_ptr<FileImage> image_of(FILE* stream) noexcept;
 
 }  // namespace qorvel::open_streams

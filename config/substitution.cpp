@@ -12,7 +12,7 @@
 #include "config/lookup.h"
 #include "util/bounded_text.h"
 
-namespace qorvel {
+namespace qorvel::config {
 namespace {
 
 constexpr std::string_view kValueOf = "!{value-of:";
@@ -30,39 +30,40 @@ bool equals_nocase(std::string_view a, std::string_view b) {
 }
 
 // The value of `ref` ("key" or "section.key") as it appears inside
-// "!{value-of:...}" while reading `key` on `handle`; empty when absent.
-std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std::string_view ref,
+// "!{value-of:...}" while reading `key` in `section`; empty when absent.
+std::string resolve_reference(const Section& section, std::string_view key, std::string_view ref,
                               std::size_t* cutAt) {
     char value[CFG_VALUE_SIZE] = "";
     std::size_t dot = ref.rfind('.');
     if (dot == std::string_view::npos) {
         if (equals_nocase(ref, key)) return {};  // refers to itself
         std::string name(ref);
-        long rc = lookup_value(&handle, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
+        long rc = lookup_value(section, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
                                PROP_NO_DEFAULT_NUMBER, 0, cutAt);
         return rc == 0 ? value : "";
     }
-    std::string section(ref.substr(0, dot));
+    std::string other_name(ref.substr(0, dot));
     std::string name(dot + 1 < ref.size() ? ref.substr(dot + 1) : key);
     // An empty section name means the current one.
-    std::string header = section.empty() ? handle.sectionHeader : "[" + section + "]";
-    if (equals_nocase(name, key) && header == handle.sectionHeader) return {};
+    std::string header = other_name.empty() ? section.header : "[" + other_name + "]";
+    if (equals_nocase(name, key) && header == section.header) return {};
 
-    long rc;
-    if (section.empty()) {
-        rc = lookup_value(&handle, name.c_str(), value, sizeof value, PROP_STRING | PROP_WHOLE_LINE,
-                          nullptr, PROP_NO_DEFAULT_NUMBER, 0, cutAt);
-    } else {
+    constexpr unsigned kWhole = PROP_STRING | PROP_WHOLE_LINE;
+    long rc = CFG_NOT_FOUND;
+    if (other_name.empty()) {
+        rc = lookup_value(section, name.c_str(), value, sizeof value, kWhole, nullptr,
+                          PROP_NO_DEFAULT_NUMBER, 0, cutAt);
+    } else if (section.file) {
+        // Read as a second handle would: the shared stream stays where it was.
         // A section that does not exist resolves to nothing rather than to the
         // entries above the first header.
-        CFGHANDLE second;
-        rc = opencfg(section.c_str(), nullptr, handle.fileName, &second);
-        if (rc == 0) {
-            rc = lookup_value(&second, name.c_str(), value, sizeof value,
-                              PROP_STRING | PROP_WHOLE_LINE, nullptr, PROP_NO_DEFAULT_NUMBER, 0,
-                              cutAt);
+        std::size_t stop = section.file->stop();
+        Section other{section.file};
+        if (find_section(other, other_name.c_str())) {
+            rc = lookup_value(other, name.c_str(), value, sizeof value, kWhole, nullptr,
+                              PROP_NO_DEFAULT_NUMBER, 0, cutAt);
         }
-        closecfg(&second);
+        section.file->set_stop(stop);
     }
     return rc == 0 ? value : "";
 }
@@ -71,25 +72,25 @@ std::string resolve_reference(const CFGHANDLE& handle, std::string_view key, std
 // references then costs string work, not a scan of the file per pass.
 class ReferenceCache {
   public:
-    ReferenceCache(const CFGHANDLE& handle, std::string_view key, std::size_t* cutAt)
-        : handle_(handle), key_(key), cutAt_(cutAt) {}
+    ReferenceCache(const Section& section, std::string_view key, std::size_t* cutAt)
+        : section_(section), key_(key), cutAt_(cutAt) {}
     const std::string& value(std::string_view ref) {
         auto [it, added] = values_.try_emplace(std::string(ref));
-        if (added) it->second = resolve_reference(handle_, key_, ref, cutAt_);
+        if (added) it->second = resolve_reference(section_, key_, ref, cutAt_);
         return it->second;
     }
 
   private:
-    const CFGHANDLE& handle_;
+    const Section& section_;
     std::string_view key_;
     std::size_t* cutAt_;
     std::unordered_map<std::string, std::string> values_;
 };
 
 // Replaces every "!{value-of:...}"; false when the text never settles or outgrows its bound.
-bool replace_references(const CFGHANDLE& handle, std::string_view key, std::string& text,
+bool replace_references(const Section& section, std::string_view key, std::string& text,
                         std::size_t* cutAt) {
-    ReferenceCache cache(handle, key, cutAt);
+    ReferenceCache cache(section, key, cutAt);
     for (int pass = 0;; ++pass) {
         std::size_t at = text.find(kValueOf);
         if (at == std::string::npos) return true;
@@ -151,11 +152,11 @@ void choose_alternative(std::string& text) {
     text = std::move(chosen);
 }
 
-int substitute(const CFGHANDLE& handle, const char* key, char* out, std::size_t outSize,
+int substitute(const Section& section, const char* key, char* out, std::size_t outSize,
                const char* value, std::size_t* cutAt) {
     std::string text = value;
     if (text.size() > kTextMax) return 0;
-    if (!replace_references(handle, key ? key : "", text, cutAt)) return 0;
+    if (!replace_references(section, key ? key : "", text, cutAt)) return 0;
     expand_environment(text, cutAt);
     remove_system_properties(text);
     choose_alternative(text);
@@ -165,9 +166,8 @@ int substitute(const CFGHANDLE& handle, const char* key, char* out, std::size_t 
 
 }  // namespace
 
-int filter_value(const CFGHANDLE* handle, const char* key, char* out, std::size_t outSize,
+int filter_value(const Section& section, const char* key, char* out, std::size_t outSize,
                  const char* value, std::size_t* cutAt) {
-    if (!handle) return static_cast<int>(CFG_NULL_HANDLE);
     if (!out) return 0;
     if (!value) value = "";
     if (std::string_view(value).find_first_of("$@!?") == std::string_view::npos) {
@@ -175,14 +175,10 @@ int filter_value(const CFGHANDLE* handle, const char* key, char* out, std::size_
         return 1;
     }
     try {
-        return substitute(*handle, key, out, outSize, value, cutAt);
+        return substitute(section, key, out, outSize, value, cutAt);
     } catch (const std::bad_alloc&) {
         return 0;
     }
 }
 
-}  // namespace qorvel
-
-extern "C" int filterValue(const CFGHANDLE* handle, const char* key, char* out, const char* value) {
-    return qorvel::filter_value(handle, key, out, CFG_VALUE_SIZE, value);
-}
+}  // namespace qorvel::config

@@ -37,16 +37,20 @@ std::string_view first_word(std::string_view text) {
     return text.substr(0, unescaped_end(text, is_space));
 }
 
+KeyValue split_keyword(std::string_view line) {
+    std::string_view text = skip_space(line);
+    std::size_t end = unescaped_end(text, [](char c) { return c == '='; });
+    return {text.substr(0, end), end < text.size() ? skip_space(text.substr(end + 1)) : ""};
+}
+
 }  // namespace qorvel::cfg
 
 using qorvel::cfg::put;
 using qorvel::cfg::skip_space;
 
 extern "C" void cfg_getkeyword(char* keyword, char* line) {
-    std::string_view text = skip_space(line);
-    std::size_t end = qorvel::cfg::unescaped_end(text, [](char c) { return c == '='; });
-    put(keyword, text.substr(0, end));
-    std::string_view value = end < text.size() ? skip_space(text.substr(end + 1)) : "";
+    auto [key, value] = qorvel::cfg::split_keyword(line);
+    put(keyword, key);
     put(line, value);
 }
 

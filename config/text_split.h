@@ -17,4 +17,11 @@ std::string_view skip_space(std::string_view text);
 // white-space character not preceded by a backslash.
 std::string_view first_word(std::string_view text);
 
+// "key=value" split as cfg_getkeyword splits it: the key up to the first
+// unescaped "=", the value after it with its leading white space removed.
+struct KeyValue {
+    std::string_view key, value;
+};
+KeyValue split_keyword(std::string_view line);
+
 }  // namespace qorvel::cfg

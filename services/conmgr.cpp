@@ -4,6 +4,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "config/handle.h"
+#include "config/no_throw.h"
 #include "qorvel/services.h"
 #include "services/error_detail.h"
 #include "services/service_read.h"
@@ -31,21 +33,52 @@ bool conmgr_chain(SectionChain& chain, const char* baseSection, std::string_view
     return true;
 }
 
+long open_conmgr(const char* propertiesFile, const char* serviceName, ErrDetail* errDetail,
+                 const char* callerName, OpenFile& file) {
+    if (!serviceName || !*serviceName) {
+        report_code(errDetail, CV_ERR_NO_SERVICE_NAME, callerName);
+        return CV_ERR_NO_SERVICE_NAME;
+    }
+    long r = qorvel::config::open_file(nullptr, propertiesFile, file.path, file.file);
+    if (r != 0) {
+        report_failuref(errDetail, r, "opencfg of %s for service %s", file.path.c_str(),
+                        serviceName);
+    }
+    return r;
+}
+
+long read_conmgr_chain(const char* serviceName, ErrDetail* errDetail, InfoList list,
+                       qorvel::config::Section& section, const char* baseSection,
+                       int useTableDefaults) {
+    if (!baseSection || !*baseSection) return 0;
+    SectionChain chain;
+    if (!conmgr_chain(chain, baseSection, serviceName ? serviceName : "")) {
+        report_system(errDetail, ENAMETOOLONG, "ReadConManager section chain");
+        return ENAMETOOLONG;
+    }
+    Defaults defaults = useTableDefaults ? Defaults::Table : Defaults::Inherited;
+    ChainRules rules{defaults, defaults, false, nullptr, true};
+    return read_chain(section, list, chain, rules, errDetail);
+}
+
 template <typename Record>
 long read_conmgr(const char* propertiesFile, const char* serviceName, Record* record,
                  int useTableDefaults, ErrDetail* errDetail, const DescriptorTable& table,
                  const char* readerName, const char* baseSection) {
-    OpenFile opened;
-    long r = OpenConManager(propertiesFile, serviceName, errDetail, 0, &opened.handle, readerName);
-    if (r != 0) return r;
-    char allocWhere[64];
-    qorvel::bounded_format(allocWhere, sizeof allocWhere, "memory allocation %s", readerName);
-    OwnedList list;
-    if ((r = make_list(list, table, allocWhere, errDetail)) != 0) return r;
-    std::memset(record, 0, sizeof *record);
-    bind_list(list.get(), record, table);
-    return ReadConManager(serviceName, errDetail, list.release(), &opened.handle, baseSection,
-                          useTableDefaults);
+    return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
+        OpenFile opened;
+        long r = open_conmgr(propertiesFile, serviceName, errDetail, readerName, opened);
+        if (r != 0) return r;
+        char allocWhere[64];
+        qorvel::bounded_format(allocWhere, sizeof allocWhere, "memory allocation %s", readerName);
+        OwnedList list;
+        if ((r = make_list(list, table, allocWhere, errDetail)) != 0) return r;
+        std::memset(record, 0, sizeof *record);
+        bind_list(list.get(), record, table);
+        qorvel::config::Section section(opened.file.get());
+        return read_conmgr_chain(serviceName, errDetail, list.get(), section, baseSection,
+                                 useTableDefaults);
+    });
 }
 
 }  // namespace
@@ -57,7 +90,8 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, callerName);
         return CV_ERR_NO_SERVICE_NAME;
     }
-    long r = opencfg(nullptr, nullptr, propertiesFile, handle);
+    if (!handle) return CFG_NULL_HANDLE;
+    long r = qorvel::config::open_handle(nullptr, nullptr, propertiesFile, handle);
     if (r != 0) {
         report_failuref(errDetail, r, "opencfg of %s for service %s", handle->fileName,
                         serviceName);
@@ -68,15 +102,17 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
 extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
                                CFGHANDLE* handle, const char* baseSection, int useTableDefaults) {
     OwnedList owned(list);
-    if (!baseSection || !*baseSection) return 0;
-    SectionChain chain;
-    if (!conmgr_chain(chain, baseSection, serviceName ? serviceName : "")) {
-        report_system(errDetail, ENAMETOOLONG, "ReadConManager section chain");
-        return ENAMETOOLONG;
-    }
-    Defaults defaults = useTableDefaults ? Defaults::Table : Defaults::Inherited;
-    ChainRules rules{defaults, defaults, false, nullptr, true};
-    return read_chain(*handle, list, chain, rules, errDetail);
+    if (!handle) return CFG_NULL_HANDLE;
+    return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
+        qorvel::config::Section section;
+        long r = qorvel::config::read_handle(*handle, section, [&](qorvel::config::Section& s) {
+            return read_conmgr_chain(serviceName, errDetail, list, s, baseSection,
+                                     useTableDefaults);
+        });
+        handle->sectionOffset = static_cast<long>(section.offset);
+        qorvel::bounded_copy(handle->sectionHeader, section.header);
+        return r;
+    });
 }
 
 extern "C" long ReadConfigProperties(const char* propertiesFile, const char* serviceName,

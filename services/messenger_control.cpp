@@ -1,8 +1,11 @@
 // Run-time questions of the messengers: may a client send commands, and are
 // connection identifiers used.
+#include <cerrno>
 #include <cstdlib>
 #include <string_view>
 
+#include "config/lookup.h"
+#include "config/no_throw.h"
 #include "qorvel/services.h"
 #include "services/service_read.h"
 
@@ -34,49 +37,66 @@ bool listed(std::string_view list, std::string_view address) {
     }
 }
 
-long read_allow(const CFGHANDLE& handle, const char* clientAddress, int64_t* allowCmds) {
+long read_switch(const qorvel::config::Section& section, const char* key, char* out,
+                 std::size_t size, const char* defaultText) {
+    return qorvel::config::lookup_value(section, key, out, size, PROP_STRING, defaultText,
+                                        PROP_NO_DEFAULT_NUMBER, 1);
+}
+
+long read_allow(const qorvel::config::Section& section, const char* clientAddress,
+                int64_t* allowCmds) {
     *allowCmds = 0;
     char allow[kSwitchSize];
-    long r = getPropValue(&handle, "AllowMsngrCmds", allow, sizeof allow, PROP_STRING, "0",
-                          PROP_NO_DEFAULT_NUMBER, 1);
+    long r = read_switch(section, "AllowMsngrCmds", allow, sizeof allow, "0");
     if (r == 0) *allowCmds = allow[0] == '1';
     if (*allowCmds != 1) return r;
     // Without an address list commands are allowed from everywhere.
     char addresses[kAddressListSize];
-    r = getPropValue(&handle, "cvmAdmIPList", addresses, sizeof addresses, PROP_STRING, nullptr,
-                     PROP_NO_DEFAULT_NUMBER, 1);
+    r = read_switch(section, "cvmAdmIPList", addresses, sizeof addresses, nullptr);
     if (r == 0 && addresses[0] != '\0') *allowCmds = listed(addresses, clientAddress);
     return r;
+}
+
+long control_settings(const char* clientAddress, int messengerType, int64_t* allowCmds,
+                      int64_t* useConnIDFlag) {
+    const char* file = std::getenv("CORVANECNF");
+    const char* name = file ? section_of(MSNGR_CGIIP) : section_of(messengerType);
+    if (!file && !name) return -1;
+    qorvel::services::OpenFile opened;
+    qorvel::config::Section section;
+    long r =
+        qorvel::services::open_section(opened, section, file ? file : "ubroker.properties", name);
+    if (r != 0) return r;
+
+    long result = 0;
+    if (allowCmds && clientAddress) result = read_allow(section, clientAddress, allowCmds);
+    if (useConnIDFlag) {
+        char use[kSwitchSize];
+        result = read_switch(section, "useConnID", use, sizeof use, "0");
+        if (result == 0) *useConnIDFlag = use[0] != '0';
+    }
+    return result;
 }
 
 }  // namespace
 
 extern "C" long getMsngrCtlSettings(const char* clientAddress, int messengerType,
                                     int64_t* allowCmds, int64_t* useConnIDFlag) {
-    const char* file = std::getenv("CORVANECNF");
-    const char* section = file ? section_of(MSNGR_CGIIP) : section_of(messengerType);
-    if (!file && !section) return -1;
-    qorvel::services::OpenFile opened;
-    long r = opencfg(section, nullptr, file ? file : "ubroker.properties", &opened.handle);
-    if (r != 0) return r;
-
-    long result = 0;
-    if (allowCmds && clientAddress) result = read_allow(opened.handle, clientAddress, allowCmds);
-    if (useConnIDFlag) {
-        char use[kSwitchSize];
-        result = getPropValue(&opened.handle, "useConnID", use, sizeof use, PROP_STRING, "0",
-                              PROP_NO_DEFAULT_NUMBER, 1);
-        if (result == 0) *useConnIDFlag = use[0] != '0';
-    }
-    return result;
+    return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
+        return control_settings(clientAddress, messengerType, allowCmds, useConnIDFlag);
+    });
 }
 
 extern "C" long getMsngrCmdControl(const char* clientAddress, int messengerType,
                                    int64_t* allowCmds) {
-    return getMsngrCtlSettings(clientAddress, messengerType, allowCmds, nullptr);
+    return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
+        return control_settings(clientAddress, messengerType, allowCmds, nullptr);
+    });
 }
 
 extern "C" long getMsngrCmdCtlUseConnID(const char* clientAddress, int messengerType,
                                         int64_t* allowCmds, int64_t* useConnIDFlag) {
-    return getMsngrCtlSettings(clientAddress, messengerType, allowCmds, useConnIDFlag);
+    return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
+        return control_settings(clientAddress, messengerType, allowCmds, useConnIDFlag);
+    });
 }

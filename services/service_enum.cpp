@@ -2,6 +2,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "config/handle.h"
+#include "config/no_throw.h"
 #include "qorvel/services.h"
 #include "util/bounded_text.h"
 
@@ -13,29 +15,35 @@ constexpr std::size_t kNameSize = 256;
 // getServiceList's enumeration context; not safe for concurrent use.
 CFGHANDLE SEWA_cv;
 
-}  // namespace
-
-extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size) {
+long enumerate(CFGHANDLE* context, unsigned long index, char** name, std::size_t size) {
+    using namespace qorvel::config;
     bool firstOnly = index == SERVICE_ENUM_FIRST_ONLY;
     CFGHANDLE handle{};
     if (index == 0 || firstOnly) {
-        long r = opencfg(kParent, nullptr, "ubroker.properties", &handle);
+        long r = open_handle(kParent, nullptr, "ubroker.properties", &handle);
         if (r != 0) {
-            closecfg(&handle);
+            close_handle(&handle);
             return r;
         }
     } else {
         handle = *context;
         if (!handle.fp) return CFG_NO_MORE_SECTIONS;  // the enumeration already ended
     }
-    long r = find_NextSection(kParent, *name, size, &handle);
+    long r = qorvel::or_on_oom(static_cast<long>(ENOMEM),
+                               [&] { return next_section_on(handle, kParent, *name, size); });
     if (r == 0 && !firstOnly) {
         *context = handle;  // the file stays open for the next step
     } else {
-        closecfg(&handle);
+        close_handle(&handle);
         if (!firstOnly) *context = handle;
     }
     return r;
+}
+
+}  // namespace
+
+extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size) {
+    return enumerate(context, index, name, size);
 }
 
 extern "C" long getServiceList(char** list, long /*reserved*/, int64_t* count) {
@@ -45,13 +53,13 @@ extern "C" long getServiceList(char** list, long /*reserved*/, int64_t* count) {
     char name[kNameSize];
     char* namePtr = name;
     long r = 0;
-    for (unsigned long index = 0; (r = serviceEnum_CV(&SEWA_cv, index, &namePtr, sizeof name)) == 0;
+    for (unsigned long index = 0; (r = enumerate(&SEWA_cv, index, &namePtr, sizeof name)) == 0;
          ++index) {
         std::size_t before = std::strlen(text);
         if (!qorvel::bounded_append(text, SERVICE_LIST_SIZE, name) ||
             !qorvel::bounded_append(text, SERVICE_LIST_SIZE, ",")) {
             text[before] = '\0';  // keep only whole names
-            closecfg(&SEWA_cv);
+            qorvel::config::close_handle(&SEWA_cv);
             r = ENOBUFS;
             break;
         }

@@ -6,19 +6,18 @@
 #include <cstdarg>
 #include <cstddef>
 #include <memory>
+#include <string>
 
+#include "config/section.h"
 #include "qorvel/services.h"
 #include "services/tables.h"
 
 namespace qorvel::services {
 
-// Closes the handle on every path; a handle that never opened is harmless.
+// A properties file a reader opened for itself, closed with it.
 struct OpenFile {
-    CFGHANDLE handle{};
-    OpenFile() = default;
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    ~OpenFile() { closecfg(&handle); }
+    std::string path;  // as resolved, for messages
+    std::unique_ptr<config::File> file;
 };
 
 struct ListDeleter {
@@ -62,13 +61,19 @@ struct ChainRules {
     bool cutComments;          // plain text values end at "#"
 };
 
-// Walks `chain` on the open handle, reading every entry of the bound list.
-long read_chain(CFGHANDLE& handle, InfoList list, const SectionChain& chain,
+// Walks `chain` from `section`, reading every entry of the bound list; the
+// section ends on the last one found.
+long read_chain(config::Section& section, InfoList list, const SectionChain& chain,
                 const ChainRules& rules, ErrDetail* errDetail);
 
-// opencfg without a section; reports "opencfg of <path> for <openFor>".
+// Opens the file as opencfg would; reports "opencfg of <path> for <openFor>".
 long open_properties(OpenFile& file, const char* propertiesFile, const char* openFor,
                      ErrDetail* errDetail);
+
+// Opens `propertiesFile` (NULL: "ubroker.properties" under $VTX) on section
+// `name`: 0, 10004 when it is absent, or the opening's status.
+long open_section(OpenFile& file, config::Section& section, const char* propertiesFile,
+                  const char* name);
 
 // A copy of `table` in *list; reports a failure under `allocWhere`.
 long make_list(OwnedList& list, const DescriptorTable& table, const char* allocWhere,
@@ -83,7 +88,7 @@ struct ServiceRead {
 };
 
 // Lists, clears, binds and reads `read.record` from an open file.
-long read_open_file(CFGHANDLE& handle, const ServiceRead& read, ErrDetail* errDetail);
+long read_open_file(config::Section& section, const ServiceRead& read, ErrDetail* errDetail);
 
 // open_properties, then read_open_file.
 long read_service(const char* propertiesFile, const char* openFor, const ServiceRead& read,

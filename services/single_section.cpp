@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <cstdarg>
 
+#include "config/no_throw.h"
 #include "services/error_detail.h"
 #include "services/service_read.h"
 #include "util/bounded_text.h"
@@ -24,17 +25,22 @@ long read_single_section(const char* propertiesFile, const SingleSection& read,
         return ENAMETOOLONG;
     }
 
-    OpenFile opened;
-    if (long r = open_properties(opened, propertiesFile, "service ", errDetail); r != 0) return r;
-    if (!read.table) {
-        fill_ErrDetail(errDetail, CV_ERR_REPL_VERSION, 0, 0,
-                       "Invalid Velmor Replication version specified", " ");
-        return CV_ERR_REPL_VERSION;
-    }
-    bounded_format(where, sizeof where, "%s memory allocation", read.readerName);
-    ServiceRead service{*read.table, read.record, chain,
-                        ChainRules{Defaults::Table, Defaults::Table, true, nullptr, false}, where};
-    return read_open_file(opened.handle, service, errDetail);
+    return or_on_oom(static_cast<long>(ENOMEM), [&] {
+        OpenFile opened;
+        if (long r = open_properties(opened, propertiesFile, "service ", errDetail); r != 0)
+            return r;
+        if (!read.table) {
+            fill_ErrDetail(errDetail, CV_ERR_REPL_VERSION, 0, 0,
+                           "Invalid Velmor Replication version specified", " ");
+            return CV_ERR_REPL_VERSION;
+        }
+        bounded_format(where, sizeof where, "%s memory allocation", read.readerName);
+        ServiceRead service{*read.table, read.record, chain,
+                            ChainRules{Defaults::Table, Defaults::Table, true, nullptr, false},
+                            where};
+        config::Section section(opened.file.get());
+        return read_open_file(section, service, errDetail);
+    });
 }
 
 }  // namespace qorvel::services

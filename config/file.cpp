@@ -1,0 +1,233 @@
+#include "config/file.h"
+
+#include <fcntl.h>
+#include <strings.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+#include "config/logical_line.h"
+#include "config/text_split.h"
+
+namespace qorvel::config {
+namespace {
+
+constexpr std::size_t kLineSize = 2048;
+
+std::string lower(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return result;
+}
+
+// What the section search compares: the first word of a line that is neither
+// empty nor a comment, when it opens with "[".
+std::string_view header_word(const char* line) {
+    if (line[0] == '\0' || line[0] == '#') return {};
+    std::string_view word = cfg::first_word(line);
+    return word.starts_with('[') ? word : std::string_view{};
+}
+
+// The section name of a header line: the keyword's text after "[", leading
+// "]" skipped, up to the next "]".
+std::string_view header_name(const char* line) {
+    std::string_view name = cfg::split_keyword(line).key;
+    if (name.starts_with('[')) name.remove_prefix(1);
+    std::size_t start = name.find_first_not_of(']');
+    if (start == std::string_view::npos) return {};
+    name.remove_prefix(start);
+    return name.substr(0, name.find(']'));
+}
+
+}  // namespace
+
+Cursor::Cursor(const File& file, std::size_t offset) : file_(file), pos_(offset) {
+    if (file.whole_) {
+        std::size_t start = std::min(offset, file.whole_size_);
+        at_ = file.whole_.get() + start;
+        end_ = file.whole_.get() + file.whole_size_;
+        pos_ = start;
+    }
+}
+
+int Cursor::refill() {
+    if (!file_.whole_) {
+        if (!chunk_) chunk_.reset(new (std::nothrow) char[File::kChunkSize]);
+        std::string_view bytes = chunk_ ? file_.bytes_at(pos_, chunk_.get()) : std::string_view{};
+        if (!bytes.empty()) {
+            at_ = bytes.data();
+            end_ = at_ + bytes.size();
+            return next();
+        }
+    }
+    ended_ = true;
+    return EOF;
+}
+
+// Only lines whose every character the rules would merely pass over: shorter
+// than the limit (so never cut), not ending in "," (so never joined), and not
+// opening with "[" or a white-space character a header word may follow. The
+// fuzz target's corpus, replayed in the tests, holds it to the rules.
+void Cursor::skip_plain_lines(int limit) {
+    if (!file_.whole_) return;
+    const std::size_t full = static_cast<std::size_t>(limit - 1);
+    while (at_ < end_) {
+        const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
+        if (eol == nullptr || static_cast<std::size_t>(eol - at_) >= full) return;
+        const char* first = at_;
+        while (first < eol && cfg::is_blank(*first)) ++first;
+        if (first < eol && (*first == '[' || cfg::is_space(*first))) return;
+        const char* last = eol;
+        while (last > first && cfg::is_blank(last[-1])) --last;
+        if (last > first && last[-1] == ',') return;
+        pos_ += static_cast<std::size_t>(eol + 1 - at_);
+        at_ = eol + 1;
+    }
+}
+
+File::File(int fd, std::string path) : fd_(fd), owns_fd_(true), path_(std::move(path)) {}
+
+File::File(std::FILE* stream, std::string_view path)
+    : fd_(stream ? fileno(stream) : -1), owns_fd_(false), path_(path) {}
+
+File::~File() {
+    if (owns_fd_ && fd_ != -1) close(fd_);
+}
+
+long File::open_regular(const char* path, int& fd) {
+    // Non-blocking, so a FIFO is refused instead of waited on.
+    fd = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd == -1) return errno;
+    struct stat info;
+    long rc = fstat(fd, &info) != 0    ? errno
+              : S_ISDIR(info.st_mode)  ? EISDIR
+              : !S_ISREG(info.st_mode) ? EINVAL
+                                       : 0;
+    if (rc == 0 && fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0) rc = errno;
+    if (rc != 0) {
+        close(fd);
+        fd = -1;
+    }
+    return rc;
+}
+
+long File::open(const std::string& path, std::unique_ptr<File>& file) {
+    int fd;
+    if (long rc = open_regular(path.c_str(), fd); rc != 0) return rc;
+    file.reset(new (std::nothrow) File(fd, path));
+    if (!file) {
+        close(fd);
+        return ENOMEM;
+    }
+    struct stat info;
+    bool small = fstat(fd, &info) == 0 && static_cast<std::size_t>(info.st_size) <= kWholeReadMax;
+    return small && !file->read_whole() ? ENOMEM : 0;
+}
+
+// One snapshot of the file: a later change to it is seen by the next open.
+bool File::read_whole() {
+    struct stat info;
+    if (fstat(fd_, &info) != 0) return true;  // read in chunks instead
+    auto size = static_cast<std::size_t>(info.st_size);
+    whole_.reset(new (std::nothrow) char[size + 1]);
+    if (!whole_) return false;
+    std::size_t got = 0;
+    while (got < size) {
+        ssize_t n = read(fd_, whole_.get() + got, size - got);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) break;  // shrunk meanwhile, or unreadable: what was read is the file
+        got += static_cast<std::size_t>(n);
+    }
+    whole_size_ = got;
+    return true;
+}
+
+std::string_view File::bytes_at(std::size_t offset, char* chunk) const {
+    if (whole_) {
+        return offset < whole_size_ ? std::string_view(whole_.get() + offset, whole_size_ - offset)
+                                    : std::string_view{};
+    }
+    ssize_t n;
+    do {
+        n = pread(fd_, chunk, kChunkSize, static_cast<off_t>(offset));
+    } while (n < 0 && errno == EINTR);
+    return n > 0 ? std::string_view(chunk, static_cast<std::size_t>(n)) : std::string_view{};
+}
+
+std::size_t File::find_section(std::string_view header) {
+    std::string wanted = lower(header);
+    if (auto it = headers_.find(wanted); it != headers_.end()) return stop_ = it->second;
+    if (!searched_all_) {
+        Cursor in(*this, searched_to_);
+        char line[kLineSize];
+        for (;;) {
+            in.skip_plain_lines(cfg::kSearchLimit);
+            if (cfg::read_logical_line(line, cfg::kSearchLimit, in) != 0) break;
+            std::string_view word = header_word(line);
+            if (word.empty()) continue;
+            auto [it, added] = headers_.try_emplace(lower(word), in.position());
+            if (added && it->first == wanted) return stop_ = searched_to_ = in.position();
+        }
+        searched_all_ = true;
+        searched_to_ = in.position();
+    }
+    stop_ = searched_to_;  // a search that finds nothing reads to the end
+    return std::string_view::npos;
+}
+
+const File::Entries& File::entries_at(std::size_t offset) {
+    if (auto it = entries_.find(offset); it != entries_.end()) return it->second;
+    Entries section;
+    Cursor in(*this, offset);
+    char line[kLineSize];
+    for (;;) {
+        std::size_t start = in.position();
+        if (cfg::read_logical_line(line, cfg::kLookupLimit, in) != 0) break;
+        if (line[0] == '[') break;  // the next section begins
+        if (line[0] == '\0' || line[0] == '#') continue;
+        section.lines.push_back({std::string(cfg::split_keyword(line).key), start, in.position()});
+    }
+    section.end = in.position();
+    return entries_.emplace(offset, std::move(section)).first->second;
+}
+
+bool File::find_entry(std::size_t offset, const char* key, Entry& entry) {
+    const Entries& section = entries_at(offset);
+    for (const KeyedLine& keyed : section.lines) {
+        if (strcasecmp(keyed.keyword.c_str(), key) != 0) continue;
+        Cursor in(*this, keyed.start);
+        char line[kLineSize];
+        cfg::read_logical_line(line, cfg::kLookupLimit, in);
+        std::string_view value = cfg::split_keyword(line).value;
+        entry.whole_cut = value.size() > kWholeValueMax;
+        entry.whole = value.substr(0, kWholeValueMax);
+        entry.word = cfg::first_word(value);
+        stop_ = keyed.end;
+        return true;
+    }
+    stop_ = section.end;
+    return false;
+}
+
+bool File::next_section(std::size_t from, std::string_view prefix, std::string& name,
+                        std::size_t& after) {
+    Cursor in(*this, from);
+    char line[kLineSize];
+    while (cfg::read_logical_line(line, cfg::kSearchLimit, in) == 0) {
+        if (line[0] != '[') continue;
+        std::string_view found = header_name(line);
+        if (found.empty() || !found.starts_with(prefix)) continue;
+        name = found;
+        after = stop_ = in.position();
+        return true;
+    }
+    stop_ = in.position();
+    return false;
+}
+
+}  // namespace qorvel::config
