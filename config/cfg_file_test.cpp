@@ -46,43 +46,6 @@ TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
     closecfg(&h);  // twice is harmless
 }
 
-// The search through a file's image must find what reading it line by line
-// finds, where it finds it, and leave the stream alike: a handle whose stream
-// the library did not open is read line by line.
-TEST(FindSection, ImageSearchAgreesWithReadingTheStream) {
-    const std::string cut = std::string(2046, 'x') + "y[Cut]\n[After]\n";  // 'y' falls at the cut
-    const std::string longTail = "[Head]\n" + std::string(2100, 't');
-    std::string longJoin;  // short lines whose join outgrows the longest line read
-    for (int i = 0; i < 700; ++i) longJoin += "ab,\n";
-    longJoin += "[Joined]\n[Real]\n";
-    const std::string names[] = {"Joined",     "Real",  "AfterTab", "AfterSpace",
-                                 "Cut",        "After", "CrFirst",  "Word\\ Esc",
-                                 "Split,Name", "Head",  "Last"};
-    for (const std::string& text : {
-             std::string("a=1,\n[Joined]\n[Real]\n"),  // a ',' joins the header to its line
-             std::string("a=1,\n\t\n[AfterTab]\n"),    // a kept tab ends the join
-             std::string("a=1, \n \n[AfterSpace]\n"),  // a dropped space does not
-             std::string("a=1,\n\n[Joined]\n"),        // nor an empty line
-             longJoin, cut, longTail,
-             std::string("\r[CrFirst]\n[Word\\ Esc] x\n"),  // white space first; an escape
-             std::string("[Split,\nName]\n[Last]"),         // a joined header; no last line end
-         }) {
-        TempFile file(text);
-        CFGHANDLE mapped, plain;
-        ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &mapped), 0);
-        plain = mapped;
-        plain.fp = std::fopen(file.path(), "r");
-        for (const std::string& name : names) {
-            int found = find_Section(name.c_str(), &mapped);
-            EXPECT_EQ(found, find_Section(name.c_str(), &plain)) << name;
-            EXPECT_EQ(mapped.sectionOffset, plain.sectionOffset) << name;
-            EXPECT_EQ(std::ftell(mapped.fp), std::ftell(plain.fp)) << name;
-        }
-        std::fclose(plain.fp);
-        closecfg(&mapped);
-    }
-}
-
 class OpenCfg : public ::testing::Test {
   protected:
     void SetUp() override {
@@ -91,6 +54,8 @@ class OpenCfg : public ::testing::Test {
         setenv("QORVEL_CFG_FILE", named_.path(), 1);
         setenv("QORVEL_EMPTY_VAR", "", 1);
         setenv("QORVEL_DIR_VAR", vtx_.c_str(), 1);
+        mkfifo((vtx_ + "/properties/fifo").c_str(), 0644);
+        setenv("QORVEL_FIFO_VAR", (vtx_ + "/properties/fifo").c_str(), 1);
     }
 
     // Opens with `section` and `file`; the status and the resolved path, or "" when closed.
@@ -138,6 +103,8 @@ TEST_F(OpenCfg, ResolvesTheFileOrReportsWhy) {
         {"a directory named by the variable is no file", "QORVEL_DIR_VAR", nullptr, local, EISDIR,
          ""},
         {"a directory is not taken as the file", nullptr, nullptr, vtx_.c_str(), ENOENT, ""},
+        {"a FIFO under VTX is refused, not waited on", nullptr, nullptr, "fifo", EINVAL, ""},
+        {"a FIFO named by the variable likewise", "QORVEL_FIFO_VAR", nullptr, local, EINVAL, ""},
         {"a device is not taken as the file", nullptr, nullptr, "/dev/null", ENOENT, ""},
         {"path too long", nullptr, nullptr, longName.c_str(), ENAMETOOLONG, ""},
         {"section too long", nullptr, longSection.c_str(), local, ENAMETOOLONG, ""},

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -93,6 +95,23 @@ TEST_F(Lookup, AppliesDefaults) {
     }
     EXPECT_EQ(lookup("S", "num", &value, sizeof value, PROP_INTEGER, 1, nullptr, 0), 0);
     EXPECT_EQ(value, 42);
+    int narrow = 7;  // a number never goes into less than a long
+    EXPECT_EQ(lookup("UBroker", "PORTNUMBER", &narrow, sizeof narrow, PROP_INTEGER, 0), EINVAL);
+    EXPECT_EQ(narrow, 7);
+}
+
+// A file rewritten shorter under an open handle reads as the new bytes: the
+// reader never crashes its host. Null handles give their status.
+TEST_F(Lookup, AFileThatShrinksReadsAsItsNewBytes) {
+    CFGHANDLE h = h_;
+    ASSERT_EQ(find_Section("S", &h), 1);
+    ASSERT_EQ(getPropValue(&h, "r", out_, sizeof out_, PROP_STRING, nullptr, 0, 0), 0);
+    ASSERT_EQ(truncate(file_.path(), 20), 0);
+    EXPECT_EQ(getPropValue(&h, "base", out_, sizeof out_, PROP_STRING, nullptr, 0, 0), 2);
+    EXPECT_EQ(find_Section("Next", &h), 0);
+    EXPECT_EQ(opencfg(nullptr, nullptr, file_.path(), nullptr), CFG_NULL_HANDLE);
+    closecfg(nullptr);
+    EXPECT_EQ(filterValue(nullptr, "k", out_, "v"), CFG_NULL_HANDLE);
 }
 
 TEST_F(Lookup, SubstitutionStagesRunInOrder) {

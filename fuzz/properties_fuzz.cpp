@@ -1,7 +1,9 @@
-// Arbitrary bytes as a properties file. The section search and the lookups
-// through the file's image must agree with reading the same rules line by line
-// through the stream, in what they find and where they leave the stream; the
-// lookups with substitution and the inherited read must stay in their buffers.
+// Arbitrary bytes as a properties file. The section search and the lookups of
+// a File read whole (with its indexes and its pass over plain lines) and of a
+// caller's handle (read in chunks) must agree with reading the same rules line
+// by line through a stream, in what they find and where they leave the stream;
+// the lookups with substitution and the inherited read must stay in their
+// buffers. The tests replay the seed corpus.
 #include <strings.h>
 #include <unistd.h>
 
@@ -11,9 +13,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "config/file.h"
 #include "config/properties_reader.h"
 #include "qorvel/config.h"
 
@@ -56,20 +60,25 @@ struct Reference {
     }
 };
 
-// `h` must answer `key` as reading `f` from `offset` does, and leave its
-// stream where that reading stops.
-void lookup_alike(CFGHANDLE& h, std::FILE* f, long offset, const char* key) {
+// What reading `f` from `offset` finds for `key`: the value cut at 1023
+// characters and marked, or "" when absent; `f` stops where the reading does.
+std::string stream_lookup(std::FILE* f, long offset, const char* key) {
     std::fseek(f, offset, SEEK_SET);
     char line[2048], keyword[2048];
-    std::string expected;
     while (cfg_getline(line, 2048, f) == 0 && line[0] != '[') {
         if (line[0] == '\0' || line[0] == '#') continue;
         cfg_getkeyword(keyword, line);
         if (strcasecmp(keyword, key) == 0) {
-            expected = std::string(line).substr(0, 1023) + '\x01';  // marks an empty value found
-            break;
+            return std::string(line).substr(0, 1023) + '\x01';  // marks an empty value found
         }
     }
+    return "";
+}
+
+// `h` must answer `key` as reading `f` from `offset` does, and leave its
+// stream where that reading stops.
+void lookup_alike(CFGHANDLE& h, std::FILE* f, long offset, const char* key) {
+    std::string expected = stream_lookup(f, offset, key);
     char value[CFG_VALUE_SIZE];
     long rc =
         getPropValue(&h, key, value, sizeof value, kWhole, nullptr, PROP_NO_DEFAULT_NUMBER, 0);
@@ -102,6 +111,23 @@ void enumerate_alike(CFGHANDLE& h, std::FILE* f) {
     }
 }
 
+// The File the library's own readers use, read whole, against the stream.
+void file_alike(const Reference& ref, std::FILE* f) {
+    std::unique_ptr<qorvel::config::File> file;
+    if (qorvel::config::File::open(g_path, file) != 0) std::abort();
+    for (const auto& [word, offset] : ref.sections) {
+        if (file->find_section(word) != static_cast<std::size_t>(offset)) std::abort();
+        for (const std::string& key : ref.keys) {
+            qorvel::config::Entry entry;
+            bool found = file->find_entry(static_cast<std::size_t>(offset), key.c_str(), entry);
+            if ((found ? entry.whole + '\x01' : "") != stream_lookup(f, offset, key.c_str())) {
+                std::abort();
+            }
+        }
+    }
+    if (file->find_section("[no such section]") != std::string::npos) std::abort();
+}
+
 void search_alike(std::FILE* f) {
     Reference ref(f);
     CFGHANDLE h;
@@ -118,6 +144,7 @@ void search_alike(std::FILE* f) {
     if (find_Section("no such section", &h) != 0) std::abort();
     enumerate_alike(h, f);
     closecfg(&h);
+    file_alike(ref, f);
 }
 
 }  // namespace

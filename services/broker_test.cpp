@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <climits>
+#include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -45,6 +47,27 @@ TEST(ReadUBproperties, EachLevelOverridesTheOneBeforeAndTableDefaultsFillTheRest
             << c.service;
         EXPECT_STREQ(r->groupName, "") << "the field after a cut value is untouched";
     }
+}
+
+// An administrator rewriting the file while a service reads it: each read
+// sees some version of the file, or fails with a status, and never crashes.
+TEST(ReadUBproperties, ReadsWhileTheFileIsRewrittenNeverCrash) {
+    TempFile file(kChain);
+    pid_t writer = fork();
+    if (writer == 0) {
+        for (int i = 0; i < 300; ++i) {
+            std::FILE* f = std::fopen(file.path(), "w");  // truncates, then grows again
+            std::fputs(i % 2 ? kChain : "[UBroker]\n", f);
+            std::fclose(f);
+        }
+        _exit(0);
+    }
+    auto r = std::make_unique<UBSERVICEINFO>();
+    for (int i = 0; i < 300; ++i) {
+        long result = ReadUBproperties(file.path(), "CV", "svc1", r.get(), nullptr);
+        EXPECT_TRUE(result == 0 || result == CV_ERR_NO_SERVICE) << result;
+    }
+    waitpid(writer, nullptr, 0);
 }
 
 TEST(ReadUBproperties, WrongVersionFailsEverySectionThatDoesNotRestateIt) {
