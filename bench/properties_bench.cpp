@@ -4,7 +4,11 @@
 #include <benchmark/benchmark.h>
 #include <ini.h>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdint>
+#include <cstring>
 #include <cstdio>
 #include <string>
 
@@ -35,6 +39,20 @@ std::string make_text(std::size_t bytes) {
            "[Last]\nclasspath=/opt/app/lib/a.jar\njvmargs=-Xmx256m\n"
            "[Last.Server]\npolicyfile=/opt/app/server.policy\n"
            "[Last.Server.node1]\njvmargs=-Xmx512m -Dnode=1\n";
+}
+
+// The practical limit: one read() of the whole file and a memchr over it.
+void BM_ReadAndMemchr(benchmark::State& state) {
+    const std::string text = make_text(static_cast<std::size_t>(state.range(0)));
+    const qorvel::testing::TempFile file(text);
+    std::string buffer(text.size(), '\0');
+    for (auto _ : state) {
+        int fd = open(file.path(), O_RDONLY);
+        ssize_t got = read(fd, buffer.data(), buffer.size());
+        close(fd);
+        benchmark::DoNotOptimize(std::memchr(buffer.data(), '\x01', static_cast<std::size_t>(got)));
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
 }
 
 // The peer: inih parsing the whole file, its handler doing nothing.
@@ -97,6 +115,7 @@ void BM_SelfReferenceThroughOtherCase(benchmark::State& state) {
 
 }  // namespace
 
+BENCHMARK(BM_ReadAndMemchr)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_InihWholeFile)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FindLastSection)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_InheritedThreeKeyRead)->Arg(1 << 20)->Arg(10 << 20)->Unit(benchmark::kMillisecond);

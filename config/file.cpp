@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -19,10 +18,8 @@ namespace {
 
 constexpr std::size_t kLineSize = 2048;
 
-std::string lower(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return result;
+bool same_nocase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
 
 // What the section search compares: the first word of a line that is neither
@@ -90,6 +87,73 @@ void Cursor::skip_plain_lines(int limit) {
     }
 }
 
+namespace {
+
+// Whether the physical line before the one starting at `line` (blank and
+// empty lines passed over, as they only carry a join on) may end in a join.
+bool joined_before(const char* begin, const char* line) {
+    const char* p = line - 1;  // its '\n'
+    while (p > begin && (cfg::is_blank(p[-1]) || p[-1] == '\n')) --p;
+    return p == begin || p[-1] == ',';
+}
+
+}  // namespace
+
+void Cursor::skip_to_candidate(int limit) {
+    if (!file_.whole_) return;
+    const std::size_t full = static_cast<std::size_t>(limit - 1);
+    const char* begin = file_.whole_.get();
+    if (short_to_ < at_) short_to_ = at_;
+    for (const char* from = at_;;) {
+        const char* q = static_cast<const char*>(std::memchr(from, '[', end_ - from));
+        const char* stop = q ? q : end_;
+        // A line as long as the limit is cut, and its rest may open with "[".
+        while (short_to_ <= stop && short_to_ < end_) {
+            std::size_t span = std::min(full, static_cast<std::size_t>(end_ - short_to_));
+            auto last = static_cast<const char*>(memrchr(short_to_, '\n', span));
+            if (last == nullptr && span == full) return;
+            short_to_ = last ? last + 1 : end_;
+        }
+        const char* line = q ? q : end_;
+        while (line > at_ && line[-1] != '\n' && cfg::is_space(line[-1])) --line;
+        bool at_line_start = line == at_ || line[-1] == '\n';
+        if (line > at_) {
+            const char* physical = line;
+            while (physical > at_ && physical[-1] != '\n') --physical;
+            // A join may make a long line whose cut opens on a "[".
+            if (physical > at_ && joined_before(begin, physical)) return;
+        }
+        if (q == nullptr || at_line_start) {
+            pos_ += static_cast<std::size_t>(line - at_);
+            at_ = line;
+            return;
+        }
+        from = q + 1;  // a "[" inside a line that starts where a line does
+    }
+}
+
+bool Cursor::plain_header(int limit, std::string_view& word) {
+    if (!file_.whole_) return false;
+    const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
+    if (eol == nullptr ||
+        static_cast<std::size_t>(eol - at_) >= static_cast<std::size_t>(limit - 1)) {
+        return false;
+    }
+    const char* first = at_;
+    while (first < eol && cfg::is_blank(*first)) ++first;
+    if (first == eol || *first != '[') return false;
+    const char* last = eol;
+    while (last > first && cfg::is_blank(last[-1])) --last;
+    if (last[-1] == ',') return false;
+    const char* end = first;
+    while (end < last && !cfg::is_space(*end) && *end != '\0' && *end != '\\') ++end;
+    if (end < last && *end == '\\') return false;
+    word = std::string_view(first, static_cast<std::size_t>(end - first));
+    pos_ += static_cast<std::size_t>(eol + 1 - at_);
+    at_ = eol + 1;
+    return true;
+}
+
 File::File(int fd, std::string path) : fd_(fd), owns_fd_(true), path_(std::move(path)) {}
 
 File::File(std::FILE* stream, std::string_view path)
@@ -100,7 +164,8 @@ File::~File() {
 }
 
 long File::open_regular(const char* path, int& fd) {
-    // Non-blocking, so a FIFO is refused instead of waited on.
+    // Non-blocking, so a FIFO is refused instead of waited on; a regular
+    // file reads the same either way.
     fd = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (fd == -1) return errno;
     struct stat info;
@@ -108,7 +173,6 @@ long File::open_regular(const char* path, int& fd) {
               : S_ISDIR(info.st_mode)  ? EISDIR
               : !S_ISREG(info.st_mode) ? EINVAL
                                        : 0;
-    if (rc == 0 && fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0) rc = errno;
     if (rc != 0) {
         close(fd);
         fd = -1;
@@ -125,15 +189,13 @@ long File::open(const std::string& path, std::unique_ptr<File>& file) {
         return ENOMEM;
     }
     struct stat info;
-    bool small = fstat(fd, &info) == 0 && static_cast<std::size_t>(info.st_size) <= kWholeReadMax;
-    return small && !file->read_whole() ? ENOMEM : 0;
+    if (fstat(fd, &info) != 0) return errno;
+    auto size = static_cast<std::size_t>(info.st_size);
+    return size <= kWholeReadMax && !file->read_whole(size) ? ENOMEM : 0;
 }
 
 // One snapshot of the file: a later change to it is seen by the next open.
-bool File::read_whole() {
-    struct stat info;
-    if (fstat(fd_, &info) != 0) return true;  // read in chunks instead
-    auto size = static_cast<std::size_t>(info.st_size);
+bool File::read_whole(std::size_t size) {
     whole_.reset(new (std::nothrow) char[size + 1]);
     if (!whole_) return false;
     std::size_t got = 0;
@@ -160,18 +222,24 @@ std::string_view File::bytes_at(std::size_t offset, char* chunk) const {
 }
 
 std::size_t File::find_section(std::string_view header) {
-    std::string wanted = lower(header);
-    if (auto it = headers_.find(wanted); it != headers_.end()) return stop_ = it->second;
+    for (const Header& seen : headers_) {
+        if (same_nocase(seen.word, header)) return stop_ = seen.after;
+    }
     if (!searched_all_) {
         Cursor in(*this, searched_to_);
         char line[kLineSize];
         for (;;) {
-            in.skip_plain_lines(cfg::kSearchLimit);
-            if (cfg::read_logical_line(line, cfg::kSearchLimit, in) != 0) break;
-            std::string_view word = header_word(line);
-            if (word.empty()) continue;
-            auto [it, added] = headers_.try_emplace(lower(word), in.position());
-            if (added && it->first == wanted) return stop_ = searched_to_ = in.position();
+            in.skip_to_candidate(cfg::kSearchLimit);
+            std::string_view word;
+            if (!in.plain_header(cfg::kSearchLimit, word)) {
+                in.skip_plain_lines(cfg::kSearchLimit);  // after a join or a long line
+                if (cfg::read_logical_line(line, cfg::kSearchLimit, in) != 0) break;
+                word = header_word(line);
+                if (word.empty()) continue;
+                word = owned_words_.emplace_back(word);
+            }
+            headers_.push_back({word, in.position()});
+            if (same_nocase(word, header)) return stop_ = searched_to_ = in.position();
         }
         searched_all_ = true;
         searched_to_ = in.position();

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,6 +34,13 @@ class Cursor {
     // Passes over whole lines that can neither head a section, be cut nor be
     // joined to the next, without reading them one character at a time.
     void skip_plain_lines(int limit);
+    // From a logical line's start, jumps to the start of the next line with a
+    // "[" first, when every line passed over provably holds no header; stays
+    // where it is when unsure (a long line, a join), for the rules to read on.
+    void skip_to_candidate(int limit);
+    // A header line the rules would read as it stands (short, not joined, no
+    // escape in its first word): its first word, and the cursor after it.
+    bool plain_header(int limit, std::string_view& word);
 
   private:
     int refill();
@@ -41,7 +49,8 @@ class Cursor {
     std::size_t pos_;
     const char* at_ = nullptr;
     const char* end_ = nullptr;
-    std::unique_ptr<char[]> chunk_;  // the window of a file read in chunks
+    std::unique_ptr<char[]> chunk_;   // the window of a file read in chunks
+    const char* short_to_ = nullptr;  // every line wholly before it is shorter than a limit
     bool ended_ = false;
 };
 
@@ -94,7 +103,7 @@ class File {
   private:
     friend class Cursor;
     File(int fd, std::string path);
-    bool read_whole();
+    bool read_whole(std::size_t size);
     // Bytes from `offset` into `chunk` (kChunkSize bytes), or the whole file's.
     std::string_view bytes_at(std::size_t offset, char* chunk) const;
 
@@ -114,9 +123,14 @@ class File {
     std::unique_ptr<char[]> whole_;  // the file's bytes, when read whole
     std::size_t whole_size_ = 0;
     std::size_t stop_ = 0;
-    // Headers met so far in a search from the top: lower-case first word to
-    // the offset after it; the first one of each word wins.
-    std::unordered_map<std::string, std::size_t> headers_;
+    // Headers met so far in a search from the top, in file order: the first
+    // word (in the bytes read whole, or in owned_words_) and the offset after it.
+    struct Header {
+        std::string_view word;
+        std::size_t after;
+    };
+    std::vector<Header> headers_;
+    std::deque<std::string> owned_words_;  // words the rules had to put together
     std::size_t searched_to_ = 0;
     bool searched_all_ = false;
     std::unordered_map<std::size_t, Entries> entries_;
