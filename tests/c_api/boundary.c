@@ -92,6 +92,14 @@ static void bind_own_lists(const char* file) {
     CHECK(ReadConManager("d", &detail, list, &h, "", 1) == 0); /* reads nothing, frees the list */
     closecfg(&h);
     CHECK(strcmp(db.displayname, "D") == 0 && strcmp(db.databasename, "/db/d") == 0);
+
+    /* Both SQL configuration records are one text: either binder binds either key. */
+    CfgInfo sql[3] = {SQLConfigList_info[0], SQLConfig_info[0], {0}};
+    SQLConfigurationList names;
+    CHECK(alloc_InfoList(&list, sql, (int)sizeof sql) == 0);
+    set_SQLConfigurationList(list, &names);
+    CHECK(list[0].value == &names && list[1].value == &names);
+    free_InfoList(list);
 }
 
 static void call_in_place(void) {
