@@ -39,8 +39,9 @@ UpdateFunc handler_for(const CfgInfo& entry, const char* serviceType, int64_t* d
 }  // namespace
 
 extern "C" UpdateFunc getUpdateFunction(const char* name, const UpdateFuncEntry* updateTable) {
+    if (!updateTable) return nullptr;
     const UpdateFuncEntry* pair = updateTable;
-    while (pair->name && std::strcmp(pair->name, name) != 0) ++pair;
+    while (pair->name && (!name || std::strcmp(pair->name, name) != 0)) ++pair;
     return pair->func;
 }
 
@@ -49,6 +50,9 @@ extern "C" long UpdateUBproperties(const char* propertiesFile, const char* servi
                                    ErrDetail* errDetail, int64_t* deferredCount,
                                    const UpdateFuncEntry* updateTable, int64_t* updateResult) {
     constexpr const char* kAllocWhere = "UpdateUBproperties memory allocation";
+    if (!current || !updateTable || !updateResult) {
+        return refuse_null(errDetail, "UpdateUBproperties");
+    }
     // The caller is C: running out of memory is a status, never an exception.
     std::unique_ptr<UBSERVICEINFO> fresh(new (std::nothrow) UBSERVICEINFO());
     if (!fresh) {

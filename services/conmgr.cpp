@@ -35,6 +35,7 @@ template <typename Record>
 long read_conmgr(const char* propertiesFile, const char* serviceName, Record* record,
                  int useTableDefaults, ErrDetail* errDetail, const DescriptorTable& table,
                  const char* readerName, const char* baseSection) {
+    if (!record) return refuse_null(errDetail, readerName);
     OpenFile opened;
     long r = OpenConManager(propertiesFile, serviceName, errDetail, 0, &opened.handle, readerName);
     if (r != 0) return r;
@@ -57,6 +58,10 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, callerName);
         return CV_ERR_NO_SERVICE_NAME;
     }
+    if (!handle) {
+        report_code(errDetail, CV_ERR_HANDLE, callerName);
+        return CV_ERR_HANDLE;
+    }
     long r = opencfg(nullptr, nullptr, propertiesFile, handle);
     if (r != 0) {
         report_failuref(errDetail, r, "opencfg of %s for service %s", handle->fileName,
@@ -68,6 +73,12 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
 extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
                                CFGHANDLE* handle, const char* baseSection, int useTableDefaults) {
     OwnedList owned(list);
+    constexpr const char* kWhere = "ReadConManager";
+    if (!handle) {
+        report_code(errDetail, CV_ERR_HANDLE, kWhere);
+        return CV_ERR_HANDLE;
+    }
+    if (!list) return refuse_null(errDetail, kWhere);
     if (!baseSection || !*baseSection) return 0;
     SectionChain chain;
     if (!conmgr_chain(chain, baseSection, serviceName ? serviceName : "")) {

@@ -1,4 +1,5 @@
 // Web paths and installed-component flags from the "Corvane" section.
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
@@ -18,6 +19,7 @@ long read_text(const CFGHANDLE& handle, const char* key, char* out, std::size_t 
 }  // namespace
 
 extern "C" long getCV_PathInfo(PathInfo* info) {
+    if (!info) return EINVAL;
     qorvel::services::OpenFile opened;
     long r = opencfg("Corvane", nullptr, "ubroker.properties", &opened.handle);
     if (r != 0) return r;
@@ -33,6 +35,7 @@ extern "C" long getCV_PathInfo(PathInfo* info) {
 }
 
 extern "C" long getComponentList(int64_t* flags) {
+    if (!flags) return EINVAL;
     qorvel::services::OpenFile opened;
     long r = opencfg("Corvane", nullptr, "ubroker.properties", &opened.handle);
     if (r != 0) return r;

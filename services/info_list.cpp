@@ -61,6 +61,7 @@ using qorvel::services::bind_sql_text;
 namespace tables = qorvel::services;
 
 extern "C" long alloc_InfoList(InfoList* list, const CfgInfo* table, int size) {
+    if (!list || !table) return EINVAL;
     *list = static_cast<InfoList>(std::malloc(static_cast<std::size_t>(size)));
     if (!*list) return ENOMEM;
     std::memcpy(*list, table, static_cast<std::size_t>(size));

@@ -17,6 +17,8 @@ CFGHANDLE SEWA_cv;
 
 extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size) {
     bool firstOnly = index == SERVICE_ENUM_FIRST_ONLY;
+    if (!context && !firstOnly) return CV_ERR_HANDLE;
+    if (!name || !*name) return EINVAL;
     CFGHANDLE handle{};
     if (index == 0 || firstOnly) {
         long r = opencfg(kParent, nullptr, "ubroker.properties", &handle);
@@ -39,6 +41,7 @@ extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** n
 }
 
 extern "C" long getServiceList(char** list, long /*reserved*/, int64_t* count) {
+    if (!list || !*list || !count) return EINVAL;
     char* text = *list;
     text[0] = '\0';
     *count = 0;

@@ -1,6 +1,7 @@
 /* A C caller at the library's boundary: the documented buffer sizes, lists
  * the caller builds itself from the exported tables, and in-place calls. Built
  * with the sanitizers, any write past a caller's buffer ends the run. */
+#include <errno.h>
 #include <qorvel/config.h>
 #include <qorvel/connid.h>
 #include <qorvel/log.h>
@@ -102,6 +103,42 @@ static void bind_own_lists(const char* file) {
     free_InfoList(list);
 }
 
+/* A NULL record, list or handle is refused with a status, never dereferenced. */
+static void refuse_null_arguments(const char* file) {
+    ErrDetail detail;
+    int64_t result, count;
+    char* none = NULL;
+    InfoList list = NULL;
+    CHECK(alloc_InfoList(&list, DBcfg_info, (int)sizeof DBcfg_info) == 0);
+    const struct {
+        long got, expected;
+        const char* call;
+    } rows[] = {
+#define ROW(call, expected) {(long)(call), expected, #call}
+        ROW(ReadUBproperties(file, "CV", "s", NULL, &detail), EINVAL),
+        ROW(ReadConfigProperties(file, "c", NULL, 1, &detail), EINVAL),
+        ROW(ReadSQLConfigList(file, NULL, &detail), EINVAL),
+        ROW(UpdateUBproperties(file, "CV", "s", NULL, NULL, NULL, NULL, &result), EINVAL),
+        ROW(alloc_InfoList(NULL, UBcfg_info, (int)sizeof UBcfg_info), EINVAL),
+        ROW(OpenConManager(file, "d", &detail, 0, NULL, "boundary"), CV_ERR_HANDLE),
+        ROW(ReadConManager("d", &detail, list, NULL, "database", 1), CV_ERR_HANDLE),
+        ROW(serviceEnum_CV(NULL, 1, &none, 8), CV_ERR_HANDLE),
+        ROW(getServiceList(&none, 0, &count), EINVAL),
+        ROW(getCV_PathInfo(NULL), EINVAL),
+        ROW(makeConnIDInfo("a::b", NULL) + encryptIDInConnIDInfo(NULL), 2 * EINVAL),
+        ROW(cv_crypto("k", NULL, 4, NULL) + decryptAndFillConnIDInfo("41", NULL), 0),
+        ROW(InitTrace(16, NULL) + random_event(NULL, 3), 0),
+#undef ROW
+    };
+    for (size_t i = 0; i < sizeof rows / sizeof rows[0]; ++i) {
+        check(rows[i].got == rows[i].expected, __LINE__, rows[i].call);
+    }
+    getdef_dir(NULL, 8);
+    FILE* sink = fopen("/dev/null", "w");
+    LogRequest(sink, 0, 1, NULL, "no block");
+    fclose(sink);
+}
+
 static void call_in_place(void) {
     char text[64];
     CHECK(encryptConnId("host::broker::7::rest", text) == 42);
@@ -123,6 +160,7 @@ int main(void) {
     write_properties(file);
     read_section_keys(file);
     bind_own_lists(file);
+    refuse_null_arguments(file);
     call_in_place();
     unlink(file);
     rmdir(dir);
