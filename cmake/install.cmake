@@ -13,6 +13,8 @@ install(TARGETS qorvel qorvel_static EXPORT qorvelTargets
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/qorvel DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} FILES_MATCHING PATTERN "*.h")
+install(FILES ${QORVEL_GENERATED_INCLUDE}/qorvel/version.h
+  DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/qorvel)
 install(EXPORT qorvelTargets NAMESPACE qorvel:: DESTINATION ${QORVEL_CMAKE_DIR})
 
 configure_package_config_file(cmake/qorvelConfig.cmake.in

@@ -6,6 +6,7 @@
 #include <qorvel/connid.h>
 #include <qorvel/log.h>
 #include <qorvel/services.h>
+#include <qorvel/version.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -139,6 +140,14 @@ static void refuse_null_arguments(const char* file) {
     fclose(sink);
 }
 
+/* The macros a program is built with name the library it runs with. */
+static void check_version(void) {
+    char built[32];
+    snprintf(built, sizeof built, "%d.%d.%d", QORVEL_VERSION_MAJOR, QORVEL_VERSION_MINOR,
+             QORVEL_VERSION_PATCH);
+    CHECK(strcmp(qorvel_version(), built) == 0);
+}
+
 static void call_in_place(void) {
     char text[64];
     CHECK(encryptConnId("host::broker::7::rest", text) == 42);
@@ -162,6 +171,7 @@ int main(void) {
     bind_own_lists(file);
     refuse_null_arguments(file);
     call_in_place();
+    check_version();
     unlink(file);
     rmdir(dir);
     if (failures == 0) puts("ok");
