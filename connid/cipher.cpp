@@ -88,7 +88,7 @@ int encryptConnId(const char* plain, char* out) {
 long decryptConnId(const char* cipher, char* out) { return ubDecrypt(cipher, kConnIdKey, out); }
 
 int cv_crypto(const char* key, const void* in, int length, void* out) {
-    if (length <= 0) return 0;
+    if (length <= 0 || !in || !out) return 0;
     const auto* src = static_cast<const unsigned char*>(in);
     auto* dst = static_cast<unsigned char*>(out);
     RepeatingKey k(key);

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -56,6 +57,7 @@ extern "C" {
 // Over-long texts are cut to their fields' widths; the record is never overrun
 // and connId always holds the text the fields were split from.
 void parseConnID(const char* text, CONNIDINFO* info) {
+    if (!info) return;
     // Copied through a local buffer: text may be connId itself or another field
     // of this record, and a connId filled by the caller may lack its terminator.
     std::string_view source =
@@ -73,6 +75,7 @@ void parseConnID(const char* text, CONNIDINFO* info) {
 }
 
 int makeConnIDInfo(const char* text, CONNIDINFO* info) {
+    if (!info) return EINVAL;
     parseConnID(text, info);
     return 0;
 }
@@ -80,6 +83,7 @@ int makeConnIDInfo(const char* text, CONNIDINFO* info) {
 // connId takes at most 511 deciphered characters, that is 1022 digits; longer
 // cipher text is refused whole rather than deciphered in part.
 long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info) {
+    if (!info) return 0;
     constexpr std::size_t kMaxDigits = 2 * (CONNID_TEXT_SIZE - 1);
     long n = 0;
     // connId itself may hold the cipher text: it is deciphered in place.
@@ -95,6 +99,7 @@ long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info) {
 // A cut identifier would decipher into a different one, so an identifier too
 // long for encryptedId is refused: empty text, length 0.
 int encryptIDInConnIDInfo(CONNIDINFO* info) {
+    if (!info) return EINVAL;
     info->encryptedId[0] = '\0';
     info->encryptedIdLength = 0;
     if (qorvel::bounded_length(info->connId, CONNID_TEXT_SIZE) > CONNID_ENCIPHER_MAX) return 0;

@@ -180,8 +180,9 @@ void LogRequest(FILE* log, int stamp, int flush, const void* request, const char
     if (!log) return;
     std::va_list args;
     va_start(args, format);
-    LogMsgV(log, stamp, 0, format, args);
+    bool has_block = start_dump(log, stamp, flush, request, format, args);
     va_end(args);
+    if (!has_block) return;
 
     using L = RequestLayout;
     const auto* rq = static_cast<const unsigned char*>(request);

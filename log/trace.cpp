@@ -31,6 +31,7 @@ unsigned char* ring_end(const TRACETBL_ENTRY& e) { return e.buffer + e.size; }
 extern "C" {
 
 TRACETBL_ENTRY* available_tracetbl_entry(uint32_t* id) {
+    if (!id) return nullptr;
     for (TRACETBL_ENTRY* e = tr; e != tracetblend; ++e) {
         if (e->buffer) continue;
         *id = static_cast<uint32_t>(e - tr);
@@ -108,6 +109,7 @@ void seed_event_generator(void) {
 // A range below 1 has no random countdown to draw; the event then fires on
 // every call instead of dividing by zero.
 int random_event(uint32_t* countdown, int range) {
+    if (!countdown) return 0;
     if (!event_generator_seeded) {
         event_generator_seeded = true;
         seed_event_generator();

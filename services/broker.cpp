@@ -31,6 +31,7 @@ extern "C" long ReadUBproperties(const char* propertiesFile, const char* service
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, kWhere);
         return CV_ERR_NO_SERVICE_NAME;
     }
+    if (!record) return refuse_null(errDetail, kWhere);
     SectionChain chain;
     if (!broker_chain(chain, serviceType, serviceName)) {
         report_system(errDetail, ENAMETOOLONG, "ReadUBproperties section name");

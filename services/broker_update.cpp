@@ -1,6 +1,8 @@
 // Re-reading a broker service and handing every changed key to its handler.
+#include <cerrno>
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "qorvel/services.h"
 #include "services/error_detail.h"
@@ -37,8 +39,9 @@ UpdateFunc handler_for(const CfgInfo& entry, const char* serviceType, int64_t* d
 }  // namespace
 
 extern "C" UpdateFunc getUpdateFunction(const char* name, const UpdateFuncEntry* updateTable) {
+    if (!updateTable) return nullptr;
     const UpdateFuncEntry* pair = updateTable;
-    while (pair->name && std::strcmp(pair->name, name) != 0) ++pair;
+    while (pair->name && (!name || std::strcmp(pair->name, name) != 0)) ++pair;
     return pair->func;
 }
 
@@ -46,14 +49,22 @@ extern "C" long UpdateUBproperties(const char* propertiesFile, const char* servi
                                    const char* serviceName, UBSERVICEINFO* current,
                                    ErrDetail* errDetail, int64_t* deferredCount,
                                    const UpdateFuncEntry* updateTable, int64_t* updateResult) {
-    auto fresh = std::make_unique<UBSERVICEINFO>();
+    constexpr const char* kAllocWhere = "UpdateUBproperties memory allocation";
+    if (!current || !updateTable || !updateResult) {
+        return refuse_null(errDetail, "UpdateUBproperties");
+    }
+    // The caller is C: running out of memory is a status, never an exception.
+    std::unique_ptr<UBSERVICEINFO> fresh(new (std::nothrow) UBSERVICEINFO());
+    if (!fresh) {
+        report_system(errDetail, ENOMEM, kAllocWhere);
+        return ENOMEM;
+    }
     long r = ReadUBproperties(propertiesFile, serviceType, serviceName, fresh.get(), errDetail);
     if (r != 0) {
         report_system(errDetail, r, "UpdateUBproperties read property file");
         return r;
     }
     OwnedList now, next;
-    constexpr const char* kAllocWhere = "UpdateUBproperties memory allocation";
     if ((r = make_list(now, UBcfg_info_layout, kAllocWhere, errDetail)) != 0) return r;
     if ((r = make_list(next, UBcfg_info_layout, kAllocWhere, errDetail)) != 0) return r;
     set_UBserviceInfo(now.get(), current);

@@ -1,6 +1,7 @@
 // One broker value by key, from a process-wide cache of the last service read.
 #include <strings.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "qorvel/services.h"
@@ -34,6 +35,7 @@ long refresh(const char* propertiesFile, const char* serviceName) {
 
 extern "C" long readCfgValue_CV(const char* propertiesFile, const char* serviceName,
                                 const char* key, char* out) {
+    if (!key || !out) return EINVAL;
     if (!cfg_parser) {
         InfoList list = nullptr;
         if (long r = alloc_InfoList(&list, UBcfg_info_layout.entries.data(),

@@ -65,6 +65,7 @@ template <typename Record>
 long read_conmgr(const char* propertiesFile, const char* serviceName, Record* record,
                  int useTableDefaults, ErrDetail* errDetail, const DescriptorTable& table,
                  const char* readerName, const char* baseSection) {
+    if (!record) return refuse_null(errDetail, readerName);
     return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
         OpenFile opened;
         long r = open_conmgr(propertiesFile, serviceName, errDetail, readerName, opened);
@@ -90,7 +91,10 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, callerName);
         return CV_ERR_NO_SERVICE_NAME;
     }
-    if (!handle) return CFG_NULL_HANDLE;
+    if (!handle) {
+        report_code(errDetail, CV_ERR_HANDLE, callerName);
+        return CV_ERR_HANDLE;
+    }
     long r = qorvel::config::open_handle(nullptr, nullptr, propertiesFile, handle);
     if (r != 0) {
         report_failuref(errDetail, r, "opencfg of %s for service %s", handle->fileName,
@@ -102,7 +106,12 @@ extern "C" long OpenConManager(const char* propertiesFile, const char* serviceNa
 extern "C" long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
                                CFGHANDLE* handle, const char* baseSection, int useTableDefaults) {
     OwnedList owned(list);
-    if (!handle) return CFG_NULL_HANDLE;
+    constexpr const char* kWhere = "ReadConManager";
+    if (!handle) {
+        report_code(errDetail, CV_ERR_HANDLE, kWhere);
+        return CV_ERR_HANDLE;
+    }
+    if (!list) return refuse_null(errDetail, kWhere);
     return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] {
         qorvel::config::Section section;
         long r = qorvel::config::read_handle(*handle, section, [&](qorvel::config::Section& s) {

@@ -49,9 +49,11 @@ long component_list(int64_t* flags) {
 }  // namespace
 
 extern "C" long getCV_PathInfo(PathInfo* info) {
+    if (!info) return EINVAL;
     return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] { return path_info(info); });
 }
 
 extern "C" long getComponentList(int64_t* flags) {
+    if (!flags) return EINVAL;
     return qorvel::or_on_oom(static_cast<long>(ENOMEM), [&] { return component_list(flags); });
 }

@@ -1,6 +1,7 @@
 // Filling the error-detail record.
 #include "services/error_detail.h"
 
+#include <cerrno>
 #include <cstdarg>
 #include <cstring>
 
@@ -46,6 +47,11 @@ void report_code(ErrDetail* detail, long code, const char* where) {
 
 void report_system(ErrDetail* detail, long sysError, const char* where) {
     fill_ErrDetail(detail, CV_ERR_SYSTEM, sysError, CV_MSG_NUMBER, where, kSystemErrorText);
+}
+
+long refuse_null(ErrDetail* detail, const char* where) {
+    report_system(detail, EINVAL, where);
+    return EINVAL;
 }
 
 void report_failuref(ErrDetail* detail, long r, const char* format, ...) {

@@ -26,6 +26,23 @@ std::size_t row_of(const DescriptorTable& table, const char* keyword, std::size_
     return kNoRow;
 }
 
+// Both SQL configuration records are one 1024-byte text at offset 0, and each
+// of the two tables has one key naming it: one routine binds a list of either
+// table to either record, so neither binder leaves the other table's key
+// unbound.
+static_assert(offsetof(SQLConfigurationList, configuration_names_list) == 0 &&
+              offsetof(SQLConfigurationProperties, database_id_list) == 0);
+
+void bind_sql_text(InfoList list, void* record) {
+    if (!list || !record) return;
+    for (std::size_t i = 0; list[i].keyword; ++i) {
+        const char* keyword = list[i].keyword;
+        bool known = row_of(SQLConfig_info_layout, keyword, i) != kNoRow ||
+                     row_of(SQLConfigList_info_layout, keyword, i) != kNoRow;
+        list[i].value = known ? record : nullptr;
+    }
+}
+
 }  // namespace
 
 void bind_list(InfoList list, void* record, const DescriptorTable& table) {
@@ -40,9 +57,11 @@ void bind_list(InfoList list, void* record, const DescriptorTable& table) {
 }  // namespace qorvel::services
 
 using qorvel::services::bind_list;
+using qorvel::services::bind_sql_text;
 namespace tables = qorvel::services;
 
 extern "C" long alloc_InfoList(InfoList* list, const CfgInfo* table, int size) {
+    if (!list || !table) return EINVAL;
     *list = static_cast<InfoList>(std::malloc(static_cast<std::size_t>(size)));
     if (!*list) return ENOMEM;
     std::memcpy(*list, table, static_cast<std::size_t>(size));
@@ -73,12 +92,10 @@ QV_BINDER(set_SQLDbProperties, SQLDbProperties, tables::SQLDatabase_info_layout)
 
 #undef QV_BINDER
 
-// Both SQL configuration records are one 1024-byte text at offset 0, so one
-// routine binds either.
 extern "C" void set_SQLConfigurationProperties(InfoList list, SQLConfigurationProperties* record) {
-    bind_list(list, record, tables::SQLConfig_info_layout);
+    bind_sql_text(list, record);
 }
 
 extern "C" void set_SQLConfigurationList(InfoList list, SQLConfigurationList* record) {
-    set_SQLConfigurationProperties(list, reinterpret_cast<SQLConfigurationProperties*>(record));
+    bind_sql_text(list, record);
 }

@@ -14,6 +14,7 @@ extern "C" long ReadMsngrProperties(const char* propertiesFile, const char* serv
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, kWhere);
         return CV_ERR_NO_SERVICE_NAME;
     }
+    if (!record) return refuse_null(errDetail, kWhere);
     SectionChain chain;
     if (!chain.add("%s", "Corvane") || !chain.add("%s.%s", "Corvane", "Messengers") ||
         !chain.add("%s.%s.%s", "Corvane", "Messengers", serviceName)) {

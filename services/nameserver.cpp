@@ -15,6 +15,7 @@ extern "C" long ReadNSproperties(const char* propertiesFile, const char* service
         report_code(errDetail, CV_ERR_NO_SERVICE_NAME, kWhere);
         return CV_ERR_NO_SERVICE_NAME;
     }
+    if (!record) return refuse_null(errDetail, kWhere);
     SectionChain chain;
     if (!chain.add("%s", "NameServer") || !chain.add("%s.%s", "NameServer", serviceName)) {
         report_system(errDetail, ENAMETOOLONG, "ReadNSproperties section name");

@@ -2,6 +2,7 @@
 // registry key and default service.
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstring>
 
 #include "qorvel/services.h"
@@ -14,12 +15,16 @@ constexpr std::size_t kCwdSize = 255;
 }  // namespace
 
 extern "C" void getdef_dir(char* dir, size_t size) {
-    if (std::strcmp(dir, ".") != 0 && std::strcmp(dir, "./") != 0) return;
+    if (!dir || (std::strcmp(dir, ".") != 0 && std::strcmp(dir, "./") != 0)) return;
     char cwd[kCwdSize];
     if (getcwd(cwd, sizeof cwd)) qorvel::bounded_copy(dir, size, cwd);
 }
 
 extern "C" int getLocal_HostName(char** buffer, size_t length) {
+    if (!buffer || !*buffer) {
+        errno = EINVAL;
+        return -1;
+    }
     return gethostname(*buffer, length);
 }
 

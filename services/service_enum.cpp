@@ -18,6 +18,8 @@ CFGHANDLE SEWA_cv;
 long enumerate(CFGHANDLE* context, unsigned long index, char** name, std::size_t size) {
     using namespace qorvel::config;
     bool firstOnly = index == SERVICE_ENUM_FIRST_ONLY;
+    if (!context && !firstOnly) return CV_ERR_HANDLE;
+    if (!name || !*name) return EINVAL;
     CFGHANDLE handle{};
     if (index == 0 || firstOnly) {
         long r = open_handle(kParent, nullptr, "ubroker.properties", &handle);
@@ -47,6 +49,7 @@ extern "C" long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** n
 }
 
 extern "C" long getServiceList(char** list, long /*reserved*/, int64_t* count) {
+    if (!list || !*list || !count) return EINVAL;
     char* text = *list;
     text[0] = '\0';
     *count = 0;

@@ -13,6 +13,7 @@ namespace qorvel::services {
 
 long read_single_section(const char* propertiesFile, const SingleSection& read,
                          ErrDetail* errDetail, const char* format, ...) {
+    if (!read.record) return refuse_null(errDetail, read.readerName);
     SectionChain chain(read.sectionSize);
     std::va_list args;
     va_start(args, format);

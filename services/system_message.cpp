@@ -8,6 +8,7 @@
 
 extern "C" size_t fmtSystemMsg(unsigned int code, unsigned long /*reserved*/, char* buf,
                                size_t size, int strip) {
+    if (!buf) return 0;
     const char* text = std::strerror(static_cast<int>(code));
     qorvel::bounded_copy(buf, size, text ? text : "");
     std::size_t length = qorvel::bounded_length(buf, size);

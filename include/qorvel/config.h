@@ -73,7 +73,14 @@ QORVEL_API int find_Section(const char* sectionName, CFGHANDLE* handle);
 /* From the stream's current position, finds the next section whose name
  * begins with `prefix` (with case) and writes the name's last dotted
  * component into `outName` (at most outSize - 1 characters and a NUL).
- * Returns 0, or 259 at the end of the file. sectionHeader is not changed. */
+ * Returns 0, or 259 at the end of the file. sectionHeader is not changed.
+ * The search goes on from wherever the shared stream was left, and a lookup
+ * on the same handle (or a byte copy of it) moves that stream: a getPropValue
+ * that does not find its key reads through the next section's header, so an
+ * enumeration that looks a key up in each section it finds silently skips the
+ * section after every failed lookup. Look keys up through a second handle of
+ * the same file, opened with its own opencfg and positioned with find_Section
+ * on each section found. */
 QORVEL_API long find_NextSection(const char* prefix, char* outName, size_t outSize,
                                  CFGHANDLE* handle);
 

@@ -2,8 +2,10 @@
  * form, and the record that holds one identifier split into its fields.
  *
  * An identifier reads "first::second::number::rest". Callers own every buffer
- * they pass and size it as each declaration says. Nothing here is shared
- * between calls, so distinct records may be used from distinct threads. */
+ * they pass and size it as each declaration says; nothing is written through a
+ * NULL destination or record, and each declaration says what is returned then.
+ * Nothing here is shared between calls, so distinct records may be used from
+ * distinct threads. */
 #ifndef QORVEL_CONNID_H
 #define QORVEL_CONNID_H
 
@@ -32,7 +34,8 @@ QORVEL_API long decryptConnId(const char* cipher, char* out);
 
 /* XORs `length` bytes of `in` with the repeating `key` into `out` (which may
  * be `in`); applying it twice restores the input. Returns `length`, or 0 when
- * `length` is not positive. An empty or NULL key copies the bytes. */
+ * `length` is not positive or `in` or `out` is NULL. An empty or NULL key
+ * copies the bytes. */
 QORVEL_API int cv_crypto(const char* key, const void* in, int length, void* out);
 
 /* Entry points kept for callers that link against them; they have no work. */
@@ -63,22 +66,22 @@ typedef struct CONNIDINFO {
 /* Copies `text` into connId (cut to 511 characters) and splits it. Missing
  * fields come out empty (idNumber 0); each field is cut to its width and the
  * number to its first 15 characters. encryptedId is not touched. `text` may
- * be a field of *info. */
+ * be a field of *info. A NULL info is ignored. */
 QORVEL_API void parseConnID(const char* text, CONNIDINFO* info);
 
-/* parseConnID; always returns 0. */
+/* parseConnID; returns 0, or EINVAL for a NULL info. */
 QORVEL_API int makeConnIDInfo(const char* text, CONNIDINFO* info);
 
 /* Deciphers `cipher` into connId and splits it; returns the characters
  * deciphered. Cipher text that is not hex, or whose plain form would exceed
  * 511 characters, is refused: 0 is returned and connId and the fields are
  * left empty. encryptedId is not touched. `cipher` may be a field of *info,
- * connId included. */
+ * connId included. 0 for a NULL info. */
 QORVEL_API long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info);
 
 /* Enciphers connId into encryptedId and sets encryptedIdLength. An identifier
  * over CONNID_ENCIPHER_MAX characters is refused rather than cut: encryptedId
- * is left empty and encryptedIdLength 0. Always returns 0. */
+ * is left empty and encryptedIdLength 0. Returns 0, or EINVAL for a NULL info. */
 QORVEL_API int encryptIDInConnIDInfo(CONNIDINFO* info);
 
 QORVEL_END_DECLS

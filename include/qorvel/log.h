@@ -76,7 +76,8 @@ QORVEL_API void LogPbCb(FILE* log, int stamp, int flush, const void* data, int l
 
 /* A request block: its header fields, control-information bytes and the
  * hexadecimal dump of each request and response parameter block. The block
- * and every block it points to must be readable; nothing is checked. */
+ * and every block it points to must be readable; nothing else is checked. A
+ * NULL block is shown as for the other dumps. */
 QORVEL_API void LogRequest(FILE* log, int stamp, int flush, const void* request, const char* format,
                            ...) __attribute__((format(printf, 5, 6)));
 
@@ -96,7 +97,7 @@ typedef struct TRACETBL_ENTRY {
 } TRACETBL_ENTRY;
 
 /* The first free slot, its index stored in *id; NULL (id untouched) when all
- * are in use. */
+ * are in use or id is NULL. */
 QORVEL_API TRACETBL_ENTRY* available_tracetbl_entry(uint32_t* id);
 
 /* The slot in use under `id`, or NULL. */
@@ -104,7 +105,7 @@ QORVEL_API TRACETBL_ENTRY* find_tracetbl_entry(uint32_t id);
 
 /* Sets up a zeroed ring of `size` bytes in the first free slot and stores its
  * id (stored even when allocation then fails). 1 on success; 0 when no slot is
- * free, the size is 0 or memory is short. */
+ * free, the size is 0, id is NULL or memory is short. */
 QORVEL_API int InitTrace(uint32_t size, uint32_t* id);
 
 /* Releases the slot and its ring; 1 when it was in use, else 0. */
@@ -115,7 +116,8 @@ QORVEL_API int StopTrace(uint32_t id);
 QORVEL_API int PutTraceData(uint32_t id, const void* data, uint32_t length);
 
 /* Moves up to `max` of the oldest bytes held into `out` and removes them.
- * Returns the number moved, also stored in *nread (when not NULL). */
+ * Returns the number moved (0 for a NULL out), also stored in *nread (when
+ * not NULL). */
 QORVEL_API uint32_t GetTraceData(uint32_t id, void* out, uint32_t max, uint32_t* nread);
 
 /* ---- Event generator and time text ---------------------------------------- */
@@ -125,7 +127,7 @@ QORVEL_API void seed_event_generator(void);
 
 /* Counts *countdown down and returns 0; at 0 returns 1 and restarts the
  * countdown at a random 0 to range - 1 (0 when range is below 1). Seeds the
- * generator on its first call. */
+ * generator on its first call. A NULL countdown returns 0 and does nothing. */
 QORVEL_API int random_event(uint32_t* countdown, int range);
 
 /* ctime's text of `t` (25 characters with the line feed) cut to size - 1.

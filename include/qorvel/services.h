@@ -6,7 +6,13 @@
  * what was read before the failure and zeros elsewhere. Each reader opens,
  * reads and closes its file within the call and may run beside other
  * readers, except readCfgValue_CV and getServiceList, which share
- * process-wide state. */
+ * process-wide state.
+ *
+ * Null arguments: a reader handed a NULL record returns EINVAL (reported in
+ * errDetail as a system error) before it opens anything, and a NULL CFGHANDLE
+ * is refused with 10006 (CV_ERR_HANDLE); where an entry point has no status
+ * for a NULL record, list or buffer its declaration says what it returns.
+ * Nothing is written through a NULL argument. */
 #ifndef QORVEL_SERVICES_H
 #define QORVEL_SERVICES_H
 
@@ -26,7 +32,7 @@ QORVEL_BEGIN_DECLS
 
 /* Copies strerror(code) into `buf` (at most size - 1 characters). With `strip`
  * non-zero the text is cut at its first CR LF pair. Returns the length of the
- * text before that cut. `reserved` is not consulted. */
+ * text before that cut; 0 for a NULL buf. `reserved` is not consulted. */
 QORVEL_API size_t fmtSystemMsg(unsigned int code, unsigned long reserved, char* buf, size_t size,
                                int strip);
 
@@ -63,7 +69,8 @@ QORVEL_PIN(offsetof(CfgInfo, defaultNum) == 280, "CfgInfo.defaultNum offset");
 typedef CfgInfo* InfoList;
 
 /* Copies `size` bytes of `table` (the whole table, terminator included) into
- * a new list. Returns 0, or ENOMEM with *list NULL. */
+ * a new list. Returns 0, ENOMEM with *list NULL, or EINVAL for a NULL list or
+ * table (nothing written). */
 QORVEL_API long alloc_InfoList(InfoList* list, const CfgInfo* table, int size);
 
 /* Releases a list made by alloc_InfoList; NULL is ignored. */
@@ -107,10 +114,11 @@ QORVEL_API void fill_ErrDetail(ErrDetail* detail, int64_t code, int64_t sysError
 QORVEL_API const char* getCV_errorMsg(int64_t code);
 
 /* Replaces a directory of exactly "." or "./" with the working directory
- * (unchanged if getcwd fails). `size` bounds the copy. */
+ * (unchanged if getcwd fails). `size` bounds the copy. A NULL dir is ignored. */
 QORVEL_API void getdef_dir(char* dir, size_t size);
 
-/* gethostname into *buffer (length bytes): 0, or -1 on failure. */
+/* gethostname into *buffer (length bytes): 0, or -1 on failure (errno EINVAL
+ * when buffer or *buffer is NULL). */
 QORVEL_API int getLocal_HostName(char** buffer, size_t length);
 
 /* There is no product registry key on this platform: returns 0. */
@@ -229,8 +237,8 @@ QORVEL_API long readCfg_CV(const char* serviceName, UBSERVICEINFO* record, ErrDe
  * in `out` (UB_VALUE_SIZE bytes). The service's record is cached process-wide
  * and re-read only when serviceName differs from the cached one; a NULL
  * serviceName uses the cache as it is. A failed read empties the cache.
- * Returns 0, 2 for an unknown key, or the failure of the read.
- * Not safe for concurrent use. */
+ * Returns 0, 2 for an unknown key, EINVAL for a NULL key or out (nothing read),
+ * or the failure of the read. Not safe for concurrent use. */
 QORVEL_API long readCfgValue_CV(const char* propertiesFile, const char* serviceName,
                                 const char* key, char* out);
 
@@ -238,13 +246,16 @@ QORVEL_API long readCfgValue_CV(const char* propertiesFile, const char* serviceN
  * calls the handler "update_<key>" or else "update_<serviceType>_<key>"; keys
  * marked PROP_DEFERRED go to "updateDeferedProperty" and count in
  * *deferredCount when deferredCount is not NULL. *updateResult receives the
- * last non-zero handler result. Neither *current nor the file is changed. */
+ * last non-zero handler result. Neither *current nor the file is changed.
+ * A NULL current, updateTable or updateResult is refused with EINVAL before
+ * anything is read; a failed allocation returns ENOMEM. */
 QORVEL_API long UpdateUBproperties(const char* propertiesFile, const char* serviceType,
                                    const char* serviceName, UBSERVICEINFO* current,
                                    ErrDetail* errDetail, int64_t* deferredCount,
                                    const UpdateFuncEntry* updateTable, int64_t* updateResult);
 
-/* The handler named exactly `name`, or the ending pair's func. */
+/* The handler named exactly `name`, or the ending pair's func (also for a
+ * NULL name); NULL for a NULL table. */
 QORVEL_API UpdateFunc getUpdateFunction(const char* name, const UpdateFuncEntry* updateTable);
 
 /* ---- Messengers and name servers ---------------------------------------- */
@@ -349,11 +360,13 @@ QORVEL_API long getMsngrCmdCtlUseConnID(const char* clientAddress, int messenger
 
 /* RootPath and ScriptPath of section "Corvane", and $WRKDIR. Returns 0, an
  * open failure, or 2 at the first absent key, whose field then holds the
- * key's name and after which nothing more is set. */
+ * key's name and after which nothing more is set. EINVAL for a NULL info,
+ * before the file is opened. */
 QORVEL_API long getCV_PathInfo(PathInfo* info);
 
 /* The seven flags of "Corvane"'s Components text: flags[i] is 1 when
- * character i is "1". The flags are unchanged on failure. */
+ * character i is "1". The flags are unchanged on failure. EINVAL for NULL
+ * flags, before the file is opened. */
 QORVEL_API long getComponentList(int64_t* flags);
 
 /* One step of enumerating the CV broker services: index 0 opens the file and
@@ -361,14 +374,17 @@ QORVEL_API long getComponentList(int64_t* flags);
  * file open until 259 (no further service) or a failure; the index
  * SERVICE_ENUM_FIRST_ONLY returns the first and closes. The name goes to
  * *name (size bytes). A caller that stops early must closecfg(context). One
- * context belongs to one thread at a time. */
+ * context belongs to one thread at a time. A NULL context is refused with
+ * 10006 (it may be NULL with SERVICE_ENUM_FIRST_ONLY, which does not use it);
+ * a NULL name or *name with EINVAL. */
 QORVEL_API long serviceEnum_CV(CFGHANDLE* context, unsigned long index, char** name, size_t size);
 
 /* The CV broker services as one comma-separated text in *list, which must
  * hold SERVICE_LIST_SIZE bytes, and their number in *count. Returns 0, an
  * open failure, or ENOBUFS when the names do not all fit (*list then holds
  * those that do). Uses a process-wide enumeration context: not safe for
- * concurrent use. `reserved` is not consulted. */
+ * concurrent use. `reserved` is not consulted. EINVAL (nothing written) for a
+ * NULL list, *list or count. */
 QORVEL_API long getServiceList(char** list, long reserved, int64_t* count);
 
 /* There is no default service on this platform: stores "" and returns 0. */
@@ -508,14 +524,16 @@ QORVEL_API long ReadSrvrGrpProperties(const char* propertiesFile, const char* se
                                       SRVRGRPserviceInfo* record, int useTableDefaults,
                                       ErrDetail* errDetail);
 
-/* Refuses a NULL or empty serviceName with 10007 (where-text callerName),
- * else opens the file into *handle. `reserved` is not consulted. */
+/* Refuses a NULL or empty serviceName with 10007 (where-text callerName) and
+ * a NULL handle with 10006, else opens the file into *handle. `reserved` is
+ * not consulted. */
 QORVEL_API long OpenConManager(const char* propertiesFile, const char* serviceName,
                                ErrDetail* errDetail, long reserved, CFGHANDLE* handle,
                                const char* callerName);
 
 /* Reads the chain of baseSection and serviceName through the bound `list`,
- * which it releases on every path. */
+ * which it releases on every path. A NULL handle returns 10006, a NULL list
+ * EINVAL. */
 QORVEL_API long ReadConManager(const char* serviceName, ErrDetail* errDetail, InfoList list,
                                CFGHANDLE* handle, const char* baseSection, int useTableDefaults);
 

@@ -1,16 +1,27 @@
 /* A C caller at the library's boundary: the documented buffer sizes, lists
  * the caller builds itself from the exported tables, and in-place calls. Built
  * with the sanitizers, any write past a caller's buffer ends the run. */
+#include <errno.h>
 #include <qorvel/config.h>
 #include <qorvel/connid.h>
 #include <qorvel/log.h>
 #include <qorvel/services.h>
+#include <qorvel/version.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <unistd.h>
 
 static int failures;
+
+#ifdef QORVEL_INTERPOSE
+/* A program's own function under an exported name must not change what the
+ * library does: were the library to call this one, no file would be found. */
+int is_afile(const char* path) {
+    (void)path;
+    return 0;
+}
+#endif
 
 static void check(int ok, int line, const char* text) {
     if (!ok) fprintf(stderr, "%s:%d: %s\n", __FILE__, line, text);
@@ -92,6 +103,58 @@ static void bind_own_lists(const char* file) {
     CHECK(ReadConManager("d", &detail, list, &h, "", 1) == 0); /* reads nothing, frees the list */
     closecfg(&h);
     CHECK(strcmp(db.displayname, "D") == 0 && strcmp(db.databasename, "/db/d") == 0);
+
+    /* Both SQL configuration records are one text: either binder binds either key. */
+    CfgInfo sql[3] = {SQLConfigList_info[0], SQLConfig_info[0], {0}};
+    SQLConfigurationList names;
+    CHECK(alloc_InfoList(&list, sql, (int)sizeof sql) == 0);
+    set_SQLConfigurationList(list, &names);
+    CHECK(list[0].value == &names && list[1].value == &names);
+    free_InfoList(list);
+}
+
+/* A NULL record, list or handle is refused with a status, never dereferenced. */
+static void refuse_null_arguments(const char* file) {
+    ErrDetail detail;
+    int64_t result, count;
+    char* none = NULL;
+    InfoList list = NULL;
+    CHECK(alloc_InfoList(&list, DBcfg_info, (int)sizeof DBcfg_info) == 0);
+    const struct {
+        long got, expected;
+        const char* call;
+    } rows[] = {
+#define ROW(call, expected) {(long)(call), expected, #call}
+        ROW(ReadUBproperties(file, "CV", "s", NULL, &detail), EINVAL),
+        ROW(ReadConfigProperties(file, "c", NULL, 1, &detail), EINVAL),
+        ROW(ReadSQLConfigList(file, NULL, &detail), EINVAL),
+        ROW(UpdateUBproperties(file, "CV", "s", NULL, NULL, NULL, NULL, &result), EINVAL),
+        ROW(alloc_InfoList(NULL, UBcfg_info, (int)sizeof UBcfg_info), EINVAL),
+        ROW(OpenConManager(file, "d", &detail, 0, NULL, "boundary"), CV_ERR_HANDLE),
+        ROW(ReadConManager("d", &detail, list, NULL, "database", 1), CV_ERR_HANDLE),
+        ROW(serviceEnum_CV(NULL, 1, &none, 8), CV_ERR_HANDLE),
+        ROW(getServiceList(&none, 0, &count), EINVAL),
+        ROW(getCV_PathInfo(NULL), EINVAL),
+        ROW(makeConnIDInfo("a::b", NULL) + encryptIDInConnIDInfo(NULL), 2 * EINVAL),
+        ROW(cv_crypto("k", NULL, 4, NULL) + decryptAndFillConnIDInfo("41", NULL), 0),
+        ROW(InitTrace(16, NULL) + random_event(NULL, 3), 0),
+#undef ROW
+    };
+    for (size_t i = 0; i < sizeof rows / sizeof rows[0]; ++i) {
+        check(rows[i].got == rows[i].expected, __LINE__, rows[i].call);
+    }
+    getdef_dir(NULL, 8);
+    FILE* sink = fopen("/dev/null", "w");
+    LogRequest(sink, 0, 1, NULL, "no block");
+    fclose(sink);
+}
+
+/* The macros a program is built with name the library it runs with. */
+static void check_version(void) {
+    char built[32];
+    snprintf(built, sizeof built, "%d.%d.%d", QORVEL_VERSION_MAJOR, QORVEL_VERSION_MINOR,
+             QORVEL_VERSION_PATCH);
+    CHECK(strcmp(qorvel_version(), built) == 0);
 }
 
 static void call_in_place(void) {
@@ -115,7 +178,9 @@ int main(void) {
     write_properties(file);
     read_section_keys(file);
     bind_own_lists(file);
+    refuse_null_arguments(file);
     call_in_place();
+    check_version();
     unlink(file);
     rmdir(dir);
     if (failures == 0) puts("ok");

@@ -3,3 +3,4 @@
 #include <qorvel/connid.h>
 #include <qorvel/log.h>
 #include <qorvel/services.h>
+#include <qorvel/version.h>
