@@ -51,9 +51,13 @@ typedef struct CFGHANDLE {
  * "ubroker.properties">), opens it and, with `sectionName`, positions on that
  * section. Each text may be NULL. Returns 0; 2 when VTX is needed and unset;
  * an errno value when the file cannot be opened (EISDIR when the path names a
- * directory; ENAMETOOLONG when a path or VTX does not fit its buffer, or the
- * section name is over CFG_SECTION_NAME_MAX); 10004 when the section is
- * absent, in which case the file is open and the handle must still be closed.
+ * directory, EINVAL when it names another file that is not a regular one,
+ * such as a FIFO, which is never waited on; ENAMETOOLONG when a path or VTX
+ * does not fit its buffer, or the section name is over CFG_SECTION_NAME_MAX);
+ * 10004 when the section is absent, in which case the file is open and the
+ * handle must still be closed; 10006 for a NULL handle. fp is an ordinary
+ * buffered stream the caller may read; every call of this header that reads
+ * the file leaves it where reading the lines one by one would have.
  * The handle may be uninitialised. A handle still open from an earlier
  * opencfg is closed first, so its copies must no longer be used. Distinct
  * handles may be opened and closed from distinct threads. */
@@ -137,8 +141,9 @@ QORVEL_API long getPropertiesSized(long count, int substitute, const char* fileN
  * 0; 2 when the key is absent without a default (`out` then holds the key's
  * name, or PROP_ABSENT_NUMBER); 10006 for a NULL handle (`out` untouched);
  * 10010 when substitution could not complete (`out` as for 2); 2 with
- * nothing written for a NULL key or out. Only the
- * shared stream's position changes, never the handle. */
+ * nothing written for a NULL key or out; EINVAL with nothing written for
+ * PROP_INTEGER and an outSize below sizeof(long). Only the shared stream's
+ * position changes, never the handle. */
 QORVEL_API long getPropValue(const CFGHANDLE* handle, const char* key, void* out, size_t outSize,
                              unsigned int flags, const char* defaultText, long defaultNumber,
                              int substitute);
