@@ -71,7 +71,6 @@ int Cursor::refill() {
 // opening with "[" or a white-space character a header word may follow. The
 // fuzz target's corpus, replayed in the tests, holds it to the rules.
 void Cursor::skip_plain_lines(int limit) {
-    if (!file_.whole_) return;
     const std::size_t full = static_cast<std::size_t>(limit - 1);
     while (at_ < end_) {
         const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
@@ -133,7 +132,7 @@ void Cursor::skip_to_candidate(int limit) {
 }
 
 bool Cursor::plain_header(int limit, std::string_view& word) {
-    if (!file_.whole_) return false;
+    if (at_ == end_) return false;  // nothing read yet, or the end
     const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
     if (eol == nullptr ||
         static_cast<std::size_t>(eol - at_) >= static_cast<std::size_t>(limit - 1)) {
@@ -248,6 +247,22 @@ std::size_t File::find_section(std::string_view header) {
     return std::string_view::npos;
 }
 
+// Reads the section at `offset` from `in` until `key` or the section's end;
+// the value of a found entry goes into `entry`.
+bool File::scan_for(Cursor& in, const char* key, Entry& entry) {
+    char line[kLineSize];
+    while (cfg::read_logical_line(line, cfg::kLookupLimit, in) == 0 && line[0] != '[') {
+        if (line[0] == '\0' || line[0] == '#') continue;
+        auto [keyword, value] = cfg::split_keyword(line);
+        if (!same_nocase(keyword, key)) continue;
+        entry.whole_cut = value.size() > kWholeValueMax;
+        entry.whole = value.substr(0, kWholeValueMax);
+        entry.word = cfg::first_word(value);
+        return true;
+    }
+    return false;
+}
+
 const File::Entries& File::entries_at(std::size_t offset) {
     if (auto it = entries_.find(offset); it != entries_.end()) return it->second;
     Entries section;
@@ -255,6 +270,10 @@ const File::Entries& File::entries_at(std::size_t offset) {
     char line[kLineSize];
     for (;;) {
         std::size_t start = in.position();
+        if (section.lines.size() == kMaxIndexedEntries) {
+            section.complete = false;  // a huge section is read on, not held
+            break;
+        }
         if (cfg::read_logical_line(line, cfg::kLookupLimit, in) != 0) break;
         if (line[0] == '[') break;  // the next section begins
         if (line[0] == '\0' || line[0] == '#') continue;
@@ -269,17 +288,18 @@ bool File::find_entry(std::size_t offset, const char* key, Entry& entry) {
     for (const KeyedLine& keyed : section.lines) {
         if (strcasecmp(keyed.keyword.c_str(), key) != 0) continue;
         Cursor in(*this, keyed.start);
-        char line[kLineSize];
-        cfg::read_logical_line(line, cfg::kLookupLimit, in);
-        std::string_view value = cfg::split_keyword(line).value;
-        entry.whole_cut = value.size() > kWholeValueMax;
-        entry.whole = value.substr(0, kWholeValueMax);
-        entry.word = cfg::first_word(value);
+        bool found = scan_for(in, key, entry);
         stop_ = keyed.end;
-        return true;
+        return found;
     }
-    stop_ = section.end;
-    return false;
+    if (section.complete) {
+        stop_ = section.end;
+        return false;
+    }
+    Cursor in(*this, section.end);
+    bool found = scan_for(in, key, entry);
+    stop_ = in.position();
+    return found;
 }
 
 bool File::next_section(std::size_t from, std::string_view prefix, std::string& name,

@@ -111,11 +111,16 @@ class File {
         std::string keyword;
         std::size_t start, end;
     };
+    // The first kMaxIndexedEntries entries of a section; `end` is where its
+    // reading stopped: the section's end when complete, else where to read on.
+    static constexpr std::size_t kMaxIndexedEntries = 1024;
     struct Entries {
         std::vector<KeyedLine> lines;
-        std::size_t end;  // where the section's last read stopped
+        std::size_t end;
+        bool complete = true;
     };
     const Entries& entries_at(std::size_t offset);
+    bool scan_for(Cursor& in, const char* key, Entry& entry);
 
     int fd_;
     bool owns_fd_;
