@@ -100,6 +100,28 @@ TEST_F(Lookup, AppliesDefaults) {
     EXPECT_EQ(narrow, 7);
 }
 
+// Past the entries a section's index holds, lookups read on by the same rules.
+TEST(LookupInAHugeSection, FindsEntriesPastTheIndexAndNotComments) {
+    std::string text = "[Big]\n";
+    for (int i = 0; i < 1500; ++i)
+        text += "k" + std::to_string(i) + "=v" + std::to_string(i) + "\n";
+    text += "#hidden=1\n[Next]\nafter=1\n";
+    qorvel::testing::TempFile file(text);
+    CFGHANDLE h;
+    ASSERT_EQ(opencfg("Big", nullptr, file.path(), &h), 0);
+    char out[64];
+    const struct {
+        const char* key;
+        long status;
+        const char* value;
+    } cases[] = {{"k1499", 0, "v1499"}, {"#hidden", 2, "#hidden"}, {"after", 2, "after"}};
+    for (const auto& c : cases) {
+        EXPECT_EQ(getPropValue(&h, c.key, out, sizeof out, PROP_STRING, nullptr, 0, 0), c.status);
+        EXPECT_STREQ(out, c.value) << c.key;
+    }
+    closecfg(&h);
+}
+
 // A file rewritten shorter under an open handle reads as the new bytes: the
 // reader never crashes its host. Null handles give their status.
 TEST_F(Lookup, AFileThatShrinksReadsAsItsNewBytes) {
