@@ -6,6 +6,7 @@ namespace qorvel {
 // Shows one message on the console selected by outputDesc ("stderr": plain
 // text on standard error; "stdout": a tagged line; anything else: nothing) and
 // copies it to the debug log. A non-zero `code` appends the system's text for it.
+// Every message ends with a line end.
 void outMessage(int code, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 // outMessage(0, ...) when VERBOSE_MODE is set: progress and failure reports.
@@ -13,5 +14,12 @@ void report(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // One unstamped, flushed line in the debug log when debugging is on.
 void trace(const char* format, ...) __attribute__((format(printf, 1, 2)));
+
+// Keeps close-on-exec copies of descriptors 1 and 2 as the caller passed them.
+void keep_caller_console();
+
+// report(), on the caller's own console when a redirection has replaced it
+// since: what went wrong after -1 or -2 must still reach whoever started us.
+void tell_caller(int code, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 }  // namespace qorvel

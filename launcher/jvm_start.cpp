@@ -103,7 +103,9 @@ int start_jvm(int /*count*/, char** tail) {
     if (int rc = redirect_streams()) return rc;
     restore_signal_defaults();  // SIGPIPE too: ignored while we write the console
     execvp(vector.argv[0], vector.argv);
-    return errno;
+    int code = errno;
+    tell_caller(code, "Error starting JVM (%s), error %d.\n", vector.argv[0], code);
+    return code;
 }
 
 }  // namespace qorvel

@@ -6,7 +6,8 @@ namespace qorvel {
 // Builds the vector from `tail` (the program word and its arguments,
 // NULL-terminated), redirects standard input, output and error to the
 // configured files in that order, and execs. Returns only on failure, with the
-// code; redirections already made stay in place. `count` is not consulted.
+// code; redirections already made stay in place, and a failed exec is also
+// told to the caller's own console, naming the program. `count` is not consulted.
 int start_jvm(int count, char** tail);
 
 }  // namespace qorvel

@@ -70,6 +70,7 @@ bool privileged_install() {
 
 int main(int argc, char** argv) {
     fill_standard_descriptors();
+    qorvel::keep_caller_console();
     if (privileged_install()) return 1;
     qorvel::guard_secrets();
     if (argc <= 1) {
