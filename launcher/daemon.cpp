@@ -78,7 +78,7 @@ int wait_for(pid_t child) {
     if (suspend) {
         trace("Waiting for process to exit...\n");
         code = wait_for(child);
-        remove_pidfile();
+        remove_pidfile(child);
         if (settings.fDebug) CloseLogfile(settings.LoggerLog);
     }
     std::exit(code);
@@ -129,6 +129,7 @@ int fork_daemon(const char* user, const char* group, const Identity& identity, i
         return fail(code, "can't fork first child, errno = %d\n");
     }
     if (pid != 0) {
+        leave_pidfile_to_child();
         if (suspend) forward_to(pid, previous);
         wait_and_exit(pid, suspend);
     }

@@ -15,6 +15,7 @@
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
 #include "launcher/getopt.h"
+#include "launcher/pidfile.h"
 #include "launcher/prop_file.h"
 #include "launcher/settings.h"
 #include "launcher/user_spec.h"
@@ -235,8 +236,8 @@ const char* long_value(std::string_view word, std::string_view name) {
 // Acts on "--name[=value]"; an unknown or incomplete one is a bad option.
 void apply_long_option(const char* program, const char* word, bool& bad) {
     if (const char* file = long_value(word, "pidfile")) {
-        settings.pidfile = file;
-        trace("Enabled --pidfile option, file = (%s)\n", file);
+        settings.pidfile = absolute_pidfile(file);
+        trace("Enabled --pidfile option, file = (%s)\n", settings.pidfile.c_str());
     } else if (const char* secret = long_value(word, "password-file")) {
         settings.passwordFile = secret;
         trace("Enabled --password-file option, file = (%s)\n", secret);

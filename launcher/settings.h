@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 
 namespace qorvel {
 
@@ -40,9 +41,9 @@ struct LaunchSettings {
     char group[kIdentityFieldSize] = "";
     char password[kIdentityFieldSize] = "";
     char workDir[kPathFieldSize] = "";
-    // Long options; the texts point into argv.
-    const char* pidfile = nullptr;       // --pidfile=FILE
-    const char* passwordFile = nullptr;  // --password-file=FILE
+    // Long options.
+    std::string pidfile;                 // --pidfile FILE, absolute; empty without
+    const char* passwordFile = nullptr;  // --password-file FILE, pointing into argv
     bool dryRun = false;                 // --dry-run
     bool noPasswordCheck = false;        // --no-password-check (superuser only)
 };

@@ -36,11 +36,12 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
   (( (0x$(seen sigign hygiene.txt) & 0x3) == 0 && (0x$(seen sigblk hygiene.txt) & 0x200) == 0 ))
 }
 
-@test "a waiting parent passes signals on, exits 128+N when one ends the child, and removes the pid file" {
+@test "a waiting parent passes signals on, exits 128+N when one ends the child, and removes its pid file" {
   "$QORVEL" -d -s --pidfile=app.pid -1 out.txt "$FAKE_JVM" --wait-signals & parent=$!
   wait_for out.txt '^ready'
   [ "$(cat app.pid)" = "$(seen pid out.txt)" ]
   [ "$(stat -c %a app.pid)" = 644 ]
+  [ -z "$(ls -l /proc/$parent/fd | grep 'app\.pid')" ]  # the parent holds no descriptor on it
   kill -USR1 $parent
   wait_for out.txt '^signal=10$'
   kill -TERM $parent
@@ -49,20 +50,27 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
   grep -qx 'signal=15' out.txt
   [ ! -e app.pid ]
   [ -z "$(ls -A | grep '^\.app\.pid')" ]
-  "$QORVEL" -d -s -1 killed.txt "$FAKE_JVM" --wait-signals & parent=$!
+  "$QORVEL" -d -s --pidfile=app.pid -1 killed.txt "$FAKE_JVM" --wait-signals & parent=$!
   wait_for killed.txt '^ready'
+  echo 1 > app.pid  # taken over by another instance: not the parent's to remove
   kill -KILL "$(seen pid killed.txt)"
   status=0; wait $parent || status=$?
-  [ "$status" -eq 137 ]
+  [ "$status:$(cat app.pid)" = 137:1 ]
 }
 
-@test "--pidfile: the foreground JVM's own id, or a failure before anything starts" {
-  run --separate-stderr "$QORVEL" --pidfile=app.pid -1 out.txt "$FAKE_JVM"
-  [ "$status" -eq 0 ]
-  [ "$(cat app.pid)" = "$(seen pid out.txt)" ]
-  run --separate-stderr "$QORVEL" --pidfile=no/dir/app.pid -1 never.txt "$FAKE_JVM"
-  [ "$status:$stderr" = "2:Unable to create pid file (no/dir/app.pid)"$'\n'"No such file or directory" ]
-  [ ! -e never.txt ]
+@test "--pidfile: one running instance per file, named from the launch directory" {
+  mkdir sub
+  while IFS='|' read -r name prepare options code check; do
+    rm -f app.pid sub/app.pid out.txt && eval "$prepare"
+    run --separate-stderr "$QORVEL" $options -1 out.txt "$FAKE_JVM"
+    [ "$status" = "$code" ] && eval "$check" || { echo "$name: $status $stderr"; false; }
+  done <<'CASES'
+foreground_jvm_writes_its_own_id|:|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(seen pid out.txt)" ]
+live_file_refused_untouched|echo $$ > app.pid|--pidfile=app.pid|17|[ "$(cat app.pid):$stderr" = "$$:Pid file ($PWD/app.pid): already running (pid $$)" ] && [ ! -e out.txt ]
+stale_file_replaced|echo 99999999 > app.pid|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(seen pid out.txt)" ]
+relative_file_stays_in_the_launch_directory|echo other > sub/app.pid|-d -s --pidfile=app.pid -w sub|0|[ ! -e app.pid ] && [ "$(cat sub/app.pid)" = other ]
+missing_directory|:|--pidfile=no/dir/app.pid|2|[ "$stderr" = "Unable to create pid file ($PWD/no/dir/app.pid)"$'\n'"No such file or directory" ] && [ ! -e out.txt ]
+CASES
 }
 
 @test "--help and --version answer first; other long options are bad unless known" {
