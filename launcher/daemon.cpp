@@ -1,5 +1,6 @@
 #include "launcher/daemon.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <signal.h>
 #include <string.h>
@@ -26,6 +27,10 @@ int fail(int code, const char* format) {
     if (verbose()) outMessage(code, format, code);
     return code;
 }
+
+// The daemon child's end of the start pipe (close-on-exec, so the exec closes
+// it); -1 elsewhere. Written by fork_daemon, used by tell_waiting_parent.
+int start_pipe = -1;
 
 // What a supervisor may send the waiting parent; each is passed on to the child.
 constexpr int kForwarded[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2};
@@ -73,8 +78,21 @@ int wait_for(pid_t child) {
     return code;
 }
 
-[[noreturn]] void wait_and_exit(pid_t child, int suspend) {
+// End of file once the exec has replaced the child (0), or the code its
+// start failed with.
+int start_outcome(int pipe_end) {
     int code = 0;
+    ssize_t got;
+    while ((got = read(pipe_end, &code, sizeof code)) == -1 && errno == EINTR) {
+    }
+    close(pipe_end);
+    return got == sizeof code ? code : 0;
+}
+
+// Returns only once the JVM runs or its start failed, so a script or a
+// service manager learns of a failed start and finds the pid file in place.
+[[noreturn]] void wait_and_exit(pid_t child, int pipe_end, int suspend) {
+    int code = start_outcome(pipe_end);
     if (suspend) {
         trace("Waiting for process to exit...\n");
         code = wait_for(child);
@@ -120,19 +138,28 @@ bool group_is_root(const char* group) {
 int fork_daemon(const char* user, const char* group, const Identity& identity, int suspend) {
     trace("FCN: child_start() - Start process as a background daemon\n");
     std::fflush(nullptr);  // nothing buffered may be written twice
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        return fail(errno, "can't create the start pipe, errno = %d\n");
     signal(SIGCHLD, SIG_DFL);
     sigset_t previous = block_forwarded();
     pid_t pid = fork();
     if (pid == -1) {
         int code = errno;
         sigprocmask(SIG_SETMASK, &previous, nullptr);
+        close(ends[0]);
+        close(ends[1]);
         return fail(code, "can't fork first child, errno = %d\n");
     }
     if (pid != 0) {
+        close(ends[1]);
         leave_pidfile_to_child();
         if (suspend) forward_to(pid, previous);
-        wait_and_exit(pid, suspend);
+        sigprocmask(SIG_SETMASK, &previous, nullptr);
+        wait_and_exit(pid, ends[0], suspend);
     }
+    close(ends[0]);
+    start_pipe = ends[1];
     sigprocmask(SIG_SETMASK, &previous, nullptr);
     // Before the identity switch, which may take away the right to publish it.
     if (int rc = commit_pidfile()) return rc;
@@ -140,6 +167,13 @@ int fork_daemon(const char* user, const char* group, const Identity& identity, i
 }
 
 }  // namespace
+
+void tell_waiting_parent(int code) {
+    if (start_pipe == -1) return;
+    if (write(start_pipe, &code, sizeof code) < 0) trace("The waiting parent is gone\n");
+    close(start_pipe);
+    start_pipe = -1;
+}
 
 int child_start(const char* user, const char* group, char* password, int suspend) {
     Identity identity;

@@ -121,6 +121,7 @@ int processConfig(int argc, char** argv) {
     if ((rc = prepare_pidfile()) != 0) return rc;
     rc = start(argc, argv);
     discard_pidfile();  // reached only when the JVM did not start
+    tell_waiting_parent(rc);
     return rc;
 }
 

@@ -58,7 +58,7 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
   [ "$status:$(cat app.pid)" = 137:1 ]
 }
 
-@test "--pidfile: one running instance per file, named from the launch directory" {
+@test "--pidfile: one running instance per file, named from the launch directory; -d returns once started" {
   mkdir sub
   while IFS='|' read -r name prepare options code check; do
     rm -f app.pid sub/app.pid out.txt && eval "$prepare"
@@ -69,6 +69,8 @@ foreground_jvm_writes_its_own_id|:|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(s
 live_file_refused_untouched|echo $$ > app.pid|--pidfile=app.pid|17|[ "$(cat app.pid):$stderr" = "$$:Pid file ($PWD/app.pid): already running (pid $$)" ] && [ ! -e out.txt ]
 stale_file_replaced|echo 99999999 > app.pid|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(seen pid out.txt)" ]
 relative_file_stays_in_the_launch_directory|echo other > sub/app.pid|-d -s --pidfile=app.pid -w sub|0|[ ! -e app.pid ] && [ "$(cat sub/app.pid)" = other ]
+daemon_returns_with_the_file_in_place|:|-d --pidfile=app.pid|0|[ -s app.pid ]
+daemon_start_failure_is_its_status|:|-d --pidfile=app.pid /nonexistent/java|2|[ ! -e app.pid ]
 missing_directory|:|--pidfile=no/dir/app.pid|2|[ "$stderr" = "Unable to create pid file ($PWD/no/dir/app.pid)"$'\n'"No such file or directory" ] && [ ! -e out.txt ]
 CASES
 }
