@@ -175,8 +175,7 @@ void tell_waiting_parent(int code) {
     start_pipe = -1;
 }
 
-int child_start(const char* user, const char* group, char* password, int suspend) {
-    Identity identity;
+int check_child_start(const char* user, const char* group, char* password, Identity& identity) {
     if (int rc = resolve_user(user, identity)) return rc;
     identity.gid = group[0] != '\0' ? gname2id(group) : 0;
     if (password_refused(user, password, identity.uid)) return kPasswordRefused;
@@ -185,6 +184,12 @@ int child_start(const char* user, const char* group, char* password, int suspend
         if (group_is_root(group)) report("Group %s is the superuser's: never switched to\n", group);
         return kBadGroup;
     }
+    return 0;
+}
+
+int child_start(const char* user, const char* group, char* password, int suspend) {
+    Identity identity;
+    if (int rc = check_child_start(user, group, password, identity)) return rc;
     return fork_daemon(user, group, identity, suspend);
 }
 

@@ -2,6 +2,8 @@
 // group and user, a new session and the file-creation mask.
 #pragma once
 
+#include "launcher/identity.h"
+
 namespace qorvel {
 
 inline constexpr int kPasswordRefused = 5;
@@ -17,6 +19,11 @@ inline constexpr int kPasswordRefused = 5;
 // superuser names another user). `password` is wiped once it has been checked
 // (or waived with --no-password-check). A failed wait ends the parent with its errno.
 int child_start(const char* user, const char* group, char* password, int suspend);
+
+// What child_start checks before its fork, and nothing more: the user, the
+// password and the group, resolved into `identity`. Returns 0 or the code
+// child_start would return. For --dry-run.
+int check_child_start(const char* user, const char* group, char* password, Identity& identity);
 
 // In the daemon child whose start failed: tells the waiting parent `code`.
 // Does nothing in any other process.

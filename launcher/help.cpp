@@ -29,7 +29,7 @@ constexpr const char* kHelp =
     "  -l file                 name of the debug log (default qorvel.log)\n"
     "  --pidfile=FILE          write the id of the process that becomes the JVM to FILE\n"
     "  --password-file=FILE    take the -u password from the first line of FILE\n"
-    "  --dry-run               check everything, print the command, start nothing\n"
+    "  --dry-run               check as the start would, print what it would use, start nothing\n"
     "  --no-password-check     as root, switch to -u's user without its password\n"
     "  --help, --version       this text, or the version\n";
 

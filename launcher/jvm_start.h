@@ -10,4 +10,10 @@ namespace qorvel {
 // told to the caller's own console, naming the program. `count` is not consulted.
 int start_jvm(int count, char** tail);
 
+// Opens the redirection files as start_jvm would, for --dry-run, without
+// creating or changing any: for an output file that does not exist yet, its
+// directory must let us create it. Returns 0 or the code start_jvm would
+// return, reported alike.
+int check_streams();
+
 }  // namespace qorvel

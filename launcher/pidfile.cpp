@@ -126,6 +126,16 @@ int prepare_pidfile() {
     return failed(code, "create");
 }
 
+int check_pidfile() {
+    if (settings.pidfile.empty()) return 0;
+    int code = open_directory();
+    pid_t owner = code == 0 ? running_owner() : 0;
+    if (code == 0 && faccessat(pending.dir, ".", W_OK | X_OK, AT_EACCESS) != 0) code = errno;
+    discard_pidfile();
+    if (owner != 0) return already_running(owner);
+    return code == 0 ? 0 : failed(code, "create");
+}
+
 int commit_pidfile() {
     if (pending.fd == -1 || pending.committed) return 0;
     char text[32];

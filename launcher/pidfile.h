@@ -20,6 +20,9 @@ std::string absolute_pidfile(const char* name);
 // Returns 0 (also without --pidfile) or the code, reported.
 int prepare_pidfile();
 
+// The refusals of prepare_pidfile without creating anything: for --dry-run.
+int check_pidfile();
+
 // In the process that becomes the JVM: writes its id into the temporary file
 // and renames it to settings.pidfile, replacing a stale one. Later calls do
 // nothing. Returns 0 or the errno, reported.

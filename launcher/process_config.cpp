@@ -20,16 +20,27 @@
 namespace qorvel {
 namespace {
 
-// Daemon start when a user was named or -d was given. Returns 0 in the
-// daemon child (the parent ends inside child_start) or the failure code.
-int start_daemon_if_asked() {
-    if (settings.user[0] == '\0' && !(settings.fOption & DAEMON_START)) return 0;
-    int suspend = static_cast<int>(settings.fOption & SUSPEND_AFTER_START);
-    int rc = child_start(settings.user, settings.group, settings.password, suspend);
+// A daemon start when a user was named or -d was given.
+bool daemon_asked() { return settings.user[0] != '\0' || (settings.fOption & DAEMON_START); }
+
+int daemon_failed(int rc) {
     // 67 is no errno: the system's text for it would mislead.
     int system_code = rc == kUnknownUser ? 0 : rc;
     if (rc != 0 && verbose())
         outMessage(system_code, "Error attempting to start as a daemon, errno %d\n", rc);
+    return rc;
+}
+
+// Returns 0 in the daemon child (the parent ends inside child_start) or the
+// failure code.
+int start_daemon_if_asked() {
+    if (!daemon_asked()) return 0;
+    int suspend = static_cast<int>(settings.fOption & SUSPEND_AFTER_START);
+    return daemon_failed(child_start(settings.user, settings.group, settings.password, suspend));
+}
+
+int start_failed(int rc) {
+    if (verbose()) outMessage(rc, "Error starting JVM, error %d.\n", rc);
     return rc;
 }
 
@@ -39,9 +50,7 @@ int launch(int argc, char** argv) {
     report("processid %d\n", static_cast<int>(getpid()));
     report("completed\n");
     dump_Env();
-    int rc = start_jvm(argc - opt::optind, argv + opt::optind);
-    if (verbose()) outMessage(rc, "Error starting JVM, error %d.\n", rc);
-    return rc;
+    return start_failed(start_jvm(argc - opt::optind, argv + opt::optind));
 }
 
 // Returns 0 or the chdir errno. Starting anywhere else would let the JVM find
@@ -88,11 +97,22 @@ int start(int argc, char** argv) {
     return launch(argc, argv);
 }
 
-// --dry-run: the checks of a launch without its start.
+// --dry-run: the checks of a launch in the same order, without anything that
+// would change something: no file made, no fork, no identity switch.
 int check_only(int argc, char** argv) {
-    if (int rc = enter_work_dir()) return rc;
+    Identity identity;
+    int rc = try_work_dir();
+    if (rc == 0) rc = read_password_file();
+    if (rc == 0) rc = check_pidfile();
+    if (rc == 0 && daemon_asked()) {
+        rc = daemon_failed(
+            check_child_start(settings.user, settings.group, settings.password, identity));
+    }
+    if (rc == 0) rc = enter_work_dir();
+    if (rc != 0) return rc;
     if (!has_command(argc)) return kNoCommand;
-    return dry_run(argv, opt::optind);
+    rc = dry_run(argv, opt::optind, identity);
+    return rc == 0 ? 0 : start_failed(rc);
 }
 
 }  // namespace

@@ -89,17 +89,35 @@ CASES
   [ "$(sed -n 1p <<<"$stderr")" = "$QORVEL: unrecognized option '--no-such-option'" ]
 }
 
-@test "--dry-run prints the vector and the changed environment, starts and checks nothing more" {
+@test "--dry-run prints the vector, the changed environment and what the start would use" {
   export QV_WORD='a b'
-  run --separate-stderr env -u PATH "$QORVEL" --dry-run -e 1 -c /cp -u nobody-qv::pw -1 out.txt \
-    "$FAKE_JVM" '${QV_WORD}' "it's" plain <<<'QV_SECRET=hidden'
-  [ "$status" -eq 0 ]
-  [ "$output" = "$FAKE_JVM 'a b' 'it'\\''s' plain"$'\n'"QV_SECRET=<value not shown>"$'\n'"CLASSPATH=/cp" ] ||
-    { echo "$output"; false; }
-  [ ! -e out.txt ]
-  [ -z "$stderr" ]
+  run --separate-stderr env -u PATH "$QORVEL" --dry-run -e 1 -c /cp -d -r 027 -1 out.txt::a \
+    --pidfile=app.pid "$FAKE_JVM" '${QV_WORD}' "it's" plain <<<'QV_SECRET=hidden'
+  [ "$status:$stderr" = 0: ] && [ ! -e out.txt ] && [ ! -e app.pid ]
+  [ "$(sed -n 1,3p <<<"$output")" = "$FAKE_JVM 'a b' 'it'\\''s' plain"$'\n'"QV_SECRET=<value not shown>"$'\n'"CLASSPATH=/cp" ]
+  [ "$(grep -E '^(mode|umask|directory|stdout|pid file):' <<<"$output" | paste -sd'|')" = "mode: daemon|umask: 0027|directory: $PWD|stdout: out.txt (append)|pid file: $PWD/app.pid" ]
   run --separate-stderr "$QORVEL" --dry-run "$FAKE_JVM" '$QV_UNSET'
   [ "$status:$output" = "22:" ]
+}
+
+@test "--dry-run fails where the start would, with its status, and makes nothing" {
+  echo $$ > live.pid && mkdir empty && cd empty
+  while IFS='|' read -r name options; do
+    run --separate-stderr "$QORVEL" --dry-run $options "$FAKE_JVM"
+    dry=$status
+    [ -z "$(ls -A)" ] || { echo "$name: made $(ls -A)"; false; }
+    run --separate-stderr "$QORVEL" $options "$FAKE_JVM"
+    [ "$dry" = "$status" ] && [ "$status" != 0 ] || { echo "$name: dry run $dry, start $status"; false; }
+  done <<'CASES'
+pid_file_in_a_missing_directory|--pidfile=no/app.pid
+live_pid_file|--pidfile=../live.pid
+output_file_that_cannot_be_opened|-1 no/out.txt
+program_not_on_the_path|-d no-such-program-qv
+unknown_group|-d -u :no-such-group-qv
+unknown_user|-u no-such-user-qv
+unusable_password_file|-u root:: --password-file=no-such-file
+directory_that_cannot_be_entered|-w no-such-dir
+CASES
 }
 
 @test "a missing section only warns; a value that does not fit its bound stops the launch with 22" {

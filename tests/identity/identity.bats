@@ -74,6 +74,9 @@ no_switch_keeps_the_callers|-s -u root|0|0|/caller:caller:caller
 CASES
   run --separate-stderr "$QORVEL" -m silent -u nosuchuser:: "$FAKE_JVM"
   [ "$status:$stderr" = "67:Unknown user nosuchuser: nothing started" ]
+  # The dry run names the account and groups the switch would give.
+  run --separate-stderr "$QORVEL" --dry-run -u ally::ally-pass "$FAKE_JVM"
+  [ "$(grep -E '^(user|group|groups):' <<<"$output" | paste -sd'|')" = "user: ally (2001)|group: alice (2001)|groups: 2001,3001" ]
 }
 
 @test "the authentication debug file gets one line per check and never a secret" {
