@@ -8,7 +8,6 @@
 #include <cstring>
 #include <string>
 
-#include "launcher/settings.h"
 #include "qorvel/log.h"
 #include "qorvel/services.h"
 #include "util/bounded_text.h"
@@ -43,11 +42,11 @@ std::string tagged_text(int code, const char* message, const char* system_text) 
 // What the console selected by outputDesc shows, and the stream number it uses
 // (-1: none).
 int console_text(int code, const char* message, const char* system_text, std::string& text) {
-    if (std::strcmp(settings.outputDesc, "stderr") == 0) {
+    if (std::strcmp(console.outputDesc, "stderr") == 0) {
         text = plain_text(message, system_text);
         return 2;
     }
-    if (std::strcmp(settings.outputDesc, "stdout") == 0) {
+    if (std::strcmp(console.outputDesc, "stdout") == 0) {
         text = tagged_text(code, message, system_text);
         return 1;
     }
@@ -62,10 +61,10 @@ void system_text_of(int code, char (&text)[kTextSize]) {
 void show(int code, const char* message) {
     char system_text[kTextSize];
     system_text_of(code, system_text);
-    if (settings.fDebug) {
-        LogMsg(settings.LoggerLog, 0, 1, "%s", message);
+    if (console.fDebug) {
+        LogMsg(console.LoggerLog, 0, 1, "%s", message);
         if (code != 0 && system_text[0] != '\0') {
-            LogMsg(settings.LoggerLog, 0, 1, "Error = %d, ErrorMsg = (%s)\n", code, system_text);
+            LogMsg(console.LoggerLog, 0, 1, "Error = %d, ErrorMsg = (%s)\n", code, system_text);
         }
     }
     std::string text;
@@ -92,6 +91,8 @@ void format_message(char* message, const char* format, std::va_list args) {
 
 }  // namespace
 
+ConsoleState console;
+
 void outMessage(int code, const char* format, ...) {
     char message[kTextSize];
     std::va_list args;
@@ -112,10 +113,10 @@ void report(const char* format, ...) {
 }
 
 void trace(const char* format, ...) {
-    if (!settings.fDebug) return;
+    if (!console.fDebug) return;
     std::va_list args;
     va_start(args, format);
-    LogMsgV(settings.LoggerLog, 0, 1, format, args);
+    LogMsgV(console.LoggerLog, 0, 1, format, args);
     va_end(args);
 }
 

@@ -1,7 +1,25 @@
 // Console and debug-log output of the launcher.
 #pragma once
 
+#include <cstdio>
+
+#include "launcher/settings.h"
+
 namespace qorvel {
+
+// How messages are shown, process-wide. Written by main (fDebug, LoggerLog)
+// and by the option scan (-o, -m, and a bad option, which makes it verbose);
+// read by every message.
+struct ConsoleState {
+    int fDebug = 0;                              // the "-g" pre-scan
+    FILE* LoggerLog = nullptr;                   // the debug log, open while fDebug is set
+    char outputDesc[kPathFieldSize] = "stderr";  // console destination
+    bool verbose = true;  // failure and progress messages are shown (-m verbose, the default)
+};
+
+extern ConsoleState console;
+
+inline bool verbose() { return console.verbose; }
 
 // Shows one message on the console selected by outputDesc ("stderr": plain
 // text on standard error; "stdout": a tagged line; anything else: nothing) and
@@ -9,7 +27,7 @@ namespace qorvel {
 // Every message ends with a line end.
 void outMessage(int code, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
-// outMessage(0, ...) when VERBOSE_MODE is set: progress and failure reports.
+// outMessage(0, ...) when verbose: progress and failure reports.
 void report(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 // One unstamped, flushed line in the debug log when debugging is on.

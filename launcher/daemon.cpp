@@ -16,7 +16,6 @@
 #include "launcher/identity.h"
 #include "launcher/password.h"
 #include "launcher/pidfile.h"
-#include "launcher/settings.h"
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
 
@@ -91,34 +90,34 @@ int start_outcome(int pipe_end) {
 
 // Returns only once the JVM runs or its start failed, so a script or a
 // service manager learns of a failed start and finds the pid file in place.
-[[noreturn]] void wait_and_exit(pid_t child, int pipe_end, int suspend) {
+[[noreturn]] void wait_and_exit(pid_t child, int pipe_end, bool suspend) {
     int code = start_outcome(pipe_end);
     if (suspend) {
         trace("Waiting for process to exit...\n");
         code = wait_for(child);
         remove_pidfile(child);
-        if (settings.fDebug) CloseLogfile(settings.LoggerLog);
+        if (console.fDebug) CloseLogfile(console.LoggerLog);
     }
     std::exit(code);
 }
 
-int become_daemon(const char* user, const char* group, const Identity& identity) {
-    if (int rc = switch_identity(user, group, identity)) return rc;
+int become_daemon(const LaunchSettings& launch, const Identity& identity) {
+    if (int rc = switch_identity(launch.user, launch.group, identity)) return rc;
     if (setsid() == -1) {
         int code = errno;
         if (verbose()) outMessage(code, "can't setsid, errno\n");
         return code;
     }
-    if (settings.umask_value >= 0) umask(static_cast<mode_t>(settings.umask_value));
+    if (launch.umask_value >= 0) umask(static_cast<mode_t>(launch.umask_value));
     return 0;
 }
 
 // The password is needed when one was given, or to become another user;
 // the superuser may waive it with --no-password-check. The password is
 // wiped once checked either way.
-bool password_refused(const char* user, char* password, uid_t uid) {
+bool password_refused(const char* user, char* password, uid_t uid, bool waived) {
     bool given = password[0] != '\0';
-    bool check = given || (uid != 0 && uid != getuid() && !settings.noPasswordCheck);
+    bool check = given || (uid != 0 && uid != getuid() && !waived);
     bool refused = check && validateUserPassword(user, password) == 0;
     explicit_bzero(password, bounded_length(password, kIdentityFieldSize));
     release_secrets();
@@ -135,7 +134,7 @@ bool group_is_root(const char* group) {
 }
 
 // The parent waits or leaves; the child goes on to become the daemon.
-int fork_daemon(const char* user, const char* group, const Identity& identity, int suspend) {
+int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
     trace("FCN: child_start() - Start process as a background daemon\n");
     std::fflush(nullptr);  // nothing buffered may be written twice
     int ends[2];
@@ -154,16 +153,16 @@ int fork_daemon(const char* user, const char* group, const Identity& identity, i
     if (pid != 0) {
         close(ends[1]);
         leave_pidfile_to_child();
-        if (suspend) forward_to(pid, previous);
+        if (launch.suspend) forward_to(pid, previous);
         sigprocmask(SIG_SETMASK, &previous, nullptr);
-        wait_and_exit(pid, ends[0], suspend);
+        wait_and_exit(pid, ends[0], launch.suspend);
     }
     close(ends[0]);
     start_pipe = ends[1];
     sigprocmask(SIG_SETMASK, &previous, nullptr);
     // Before the identity switch, which may take away the right to publish it.
     if (int rc = commit_pidfile()) return rc;
-    return become_daemon(user, group, identity);
+    return become_daemon(launch, identity);
 }
 
 }  // namespace
@@ -175,10 +174,14 @@ void tell_waiting_parent(int code) {
     start_pipe = -1;
 }
 
-int check_child_start(const char* user, const char* group, char* password, Identity& identity) {
+int check_child_start(LaunchSettings& launch, Identity& identity) {
+    const char* user = launch.user;
+    const char* group = launch.group;
     if (int rc = resolve_user(user, identity)) return rc;
     identity.gid = group[0] != '\0' ? gname2id(group) : 0;
-    if (password_refused(user, password, identity.uid)) return kPasswordRefused;
+    if (password_refused(user, launch.password, identity.uid, launch.noPasswordCheck)) {
+        return kPasswordRefused;
+    }
     if (group[0] != '\0' && identity.gid == 0) {
         trace("Invalid Group Name: %s\n", group);
         if (group_is_root(group)) report("Group %s is the superuser's: never switched to\n", group);
@@ -187,10 +190,10 @@ int check_child_start(const char* user, const char* group, char* password, Ident
     return 0;
 }
 
-int child_start(const char* user, const char* group, char* password, int suspend) {
+int child_start(LaunchSettings& launch) {
     Identity identity;
-    if (int rc = check_child_start(user, group, password, identity)) return rc;
-    return fork_daemon(user, group, identity, suspend);
+    if (int rc = check_child_start(launch, identity)) return rc;
+    return fork_daemon(launch, identity);
 }
 
 }  // namespace qorvel

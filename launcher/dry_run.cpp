@@ -49,10 +49,10 @@ void remember_environment() {
     for (char** entry = environ; *entry; ++entry) initial_environment.push_back(*entry);
 }
 
-int dry_run(char** argv, int first, const Identity& identity) {
+int dry_run(LaunchSettings& launch, char** command, const Identity& identity) {
     char** vector = nullptr;
-    if (int rc = create_argv(argv + first + 1, &vector, argv[first])) return rc;
-    int rc = check_streams();
+    if (int rc = create_argv(command + 1, &vector, command[0], launch.jvm)) return rc;
+    int rc = check_streams(launch);
     if (rc == 0) rc = find_program(vector[0]);
     if (rc != 0) {
         destroy_argv(vector);
@@ -70,7 +70,7 @@ int dry_run(char** argv, int first, const Identity& identity) {
                        initial_environment.end();
         if (!initial) std::printf("%s\n", shown_entry(*entry).c_str());
     }
-    print_launch_summary(identity);
+    print_launch_summary(launch, identity);
     std::fflush(stdout);
     return 0;
 }

@@ -12,7 +12,6 @@
 
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
-#include "launcher/settings.h"
 
 namespace qorvel {
 namespace {

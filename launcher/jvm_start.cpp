@@ -11,7 +11,6 @@
 
 #include "launcher/console.h"
 #include "launcher/jvm_args.h"
-#include "launcher/settings.h"
 #include "util/safe_open.h"
 
 namespace qorvel {
@@ -29,13 +28,15 @@ int open_failed(const char* stream, const char* name) {
     return code;
 }
 
+// Permission bits of a created output file, less the file-creation mask.
+constexpr mode_t kOpenMode = 0100664;
+
 // One redirection as the options set it.
 struct Stream {
     const char* name;  // nullptr: not redirected
     int flags;
     int target;
     const char* label;
-    int& kept;
 };
 
 // Only a regular file may feed the JVM; the opened file is what is checked, so
@@ -59,7 +60,7 @@ int open_stdin(const char* name, int& code) {
 
 int open_stream(const Stream& stream, int& code) {
     if (stream.target == 0) return open_stdin(stream.name, code);
-    int fd = open_guarded(stream.name, stream.flags, static_cast<mode_t>(settings.open_mode));
+    int fd = open_guarded(stream.name, stream.flags, kOpenMode);
     if (fd == -1) code = open_failed(stream.label, stream.name);
     return fd;
 }
@@ -79,17 +80,17 @@ int check_creatable(const Stream& stream) {
 
 // Opens each configured file in the order input, output, error, and puts it
 // on its descriptor; the opened descriptor stays open too, close-on-exec, so
-// the JVM gets the file on its standard number alone. Descriptors 0 to 2 are
+// the JVM gets the file on its standard number alone (an exit closes it). Descriptors 0 to 2 are
 // always open (main sees to it), so an opened file never lands on one of them.
 // With `check` nothing is redirected, created or changed: an existing file is
 // opened without O_TRUNC and closed again. Every file is opened through
 // open_guarded: the launcher often runs as the superuser, and a name in /tmp
 // must not lead it to another user's file.
-int open_streams(bool check) {
+int open_streams(const LaunchSettings& launch, bool check) {
     const Stream streams[] = {
-        {settings.file_stdin.get(), O_RDONLY, 0, "stdin", settings.stdin_fd},
-        {settings.file_stdout.get(), settings.oflags_stdout, 1, "stdout", settings.stdout_fd},
-        {settings.file_stderr.get(), settings.oflags_stderr, 2, "stderr", settings.stderr_fd},
+        {launch.file_stdin.get(), O_RDONLY, 0, "stdin"},
+        {launch.file_stdout.get(), launch.oflags_stdout, 1, "stdout"},
+        {launch.file_stderr.get(), launch.oflags_stderr, 2, "stderr"},
     };
     for (const Stream& stream : streams) {
         if (!stream.name) continue;
@@ -104,7 +105,6 @@ int open_streams(bool check) {
         if (check) {
             close(fd);
         } else {
-            stream.kept = fd;
             dup2(fd, stream.target);  // the copy is inherited
         }
     }
@@ -127,12 +127,12 @@ void restore_signal_defaults() {
 
 }  // namespace
 
-int start_jvm(int /*count*/, char** tail) {
+int start_jvm(LaunchSettings& launch, int /*count*/, char** tail) {
     trace("FCN: start_jvm() - UNIX, execute the process\n");
     VectorOwner vector;
-    if (int rc = create_argv(tail + 1, &vector.argv, tail[0])) return rc;
+    if (int rc = create_argv(tail + 1, &vector.argv, tail[0], launch.jvm)) return rc;
     show_cmdLine(vector.argv);
-    if (int rc = open_streams(false)) return rc;
+    if (int rc = open_streams(launch, false)) return rc;
     restore_signal_defaults();  // SIGPIPE too: ignored while we write the console
     execvp(vector.argv[0], vector.argv);
     int code = errno;
@@ -140,6 +140,6 @@ int start_jvm(int /*count*/, char** tail) {
     return code;
 }
 
-int check_streams() { return open_streams(true); }
+int check_streams(const LaunchSettings& launch) { return open_streams(launch, true); }
 
 }  // namespace qorvel

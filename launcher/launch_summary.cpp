@@ -35,11 +35,11 @@ std::string group_list(const std::vector<gid_t>& groups) {
     return list.empty() ? "none" : list;
 }
 
-bool daemon_start() { return settings.user[0] != '\0' || (settings.fOption & DAEMON_START); }
+bool daemon_start(const LaunchSettings& launch) { return launch.user[0] != '\0' || launch.daemon; }
 
 // The daemon child sets -r; every other start keeps the mask we inherited.
-unsigned file_mask() {
-    if (daemon_start() && settings.umask_value >= 0) return settings.umask_value;
+unsigned file_mask(const LaunchSettings& launch) {
+    if (daemon_start(launch) && launch.umask_value >= 0) return launch.umask_value;
     mode_t inherited = umask(0);
     umask(inherited);
     return inherited;
@@ -53,20 +53,20 @@ std::string redirection(const char* name, int flags) {
 
 }  // namespace
 
-void print_launch_summary(const Identity& identity) {
-    Credentials credentials = credentials_after(settings.user, identity);
+void print_launch_summary(const LaunchSettings& launch, const Identity& identity) {
+    Credentials credentials = credentials_after(launch.user, identity);
     std::unique_ptr<char, decltype(&std::free)> here(getcwd(nullptr, 0), &std::free);
-    const char* mode = !daemon_start()                            ? "foreground"
-                       : (settings.fOption & SUSPEND_AFTER_START) ? "daemon, waiting"
-                                                                  : "daemon";
+    const char* mode = !daemon_start(launch) ? "foreground"
+                       : launch.suspend      ? "daemon, waiting"
+                                             : "daemon";
     std::printf("mode: %s\nuser: %s\ngroup: %s\ngroups: %s\numask: %04o\ndirectory: %s\n", mode,
                 user_name(credentials).c_str(), group_name(credentials.gid).c_str(),
-                group_list(credentials.groups).c_str(), file_mask(), here ? here.get() : "?");
+                group_list(credentials.groups).c_str(), file_mask(launch), here ? here.get() : "?");
     std::printf("stdin: %s\nstdout: %s\nstderr: %s\npid file: %s\n",
-                redirection(settings.file_stdin.get(), -1).c_str(),
-                redirection(settings.file_stdout.get(), settings.oflags_stdout).c_str(),
-                redirection(settings.file_stderr.get(), settings.oflags_stderr).c_str(),
-                settings.pidfile.empty() ? "none" : settings.pidfile.c_str());
+                redirection(launch.file_stdin.get(), -1).c_str(),
+                redirection(launch.file_stdout.get(), launch.oflags_stdout).c_str(),
+                redirection(launch.file_stderr.get(), launch.oflags_stderr).c_str(),
+                launch.pidfile.empty() ? "none" : launch.pidfile.c_str());
 }
 
 }  // namespace qorvel

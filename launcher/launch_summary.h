@@ -2,6 +2,7 @@
 #pragma once
 
 #include "launcher/identity.h"
+#include "launcher/settings.h"
 
 namespace qorvel {
 
@@ -9,6 +10,6 @@ namespace qorvel {
 // supplementary groups, file-creation mask, working directory (the current
 // one), the three redirections with their open modes and the pid file.
 // `identity` is what the daemon start resolved (default without one).
-void print_launch_summary(const Identity& identity);
+void print_launch_summary(const LaunchSettings& launch, const Identity& identity);
 
 }  // namespace qorvel

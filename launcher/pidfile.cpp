@@ -13,7 +13,6 @@
 
 #include "launcher/console.h"
 #include "launcher/environment.h"
-#include "launcher/settings.h"
 #include "util/safe_open.h"
 
 namespace qorvel {
@@ -23,6 +22,7 @@ namespace {
 // Every step works inside `dir`, the directory as prepare_pidfile found it,
 // so a link planted later on the way to it cannot move the file.
 struct PendingPidfile {
+    std::string path;  // the pid file as --pidfile named it, made absolute
     int dir = -1;
     std::string directory;  // the path of dir as given, with its trailing '/'
     std::string name;       // the pid file's own name within dir
@@ -31,13 +31,14 @@ struct PendingPidfile {
     bool committed = false;
 } pending;
 
-int failed(int code, const char* step) {
-    if (verbose()) outMessage(code, "Unable to %s pid file (%s)\n", step, settings.pidfile.c_str());
+int failed(int code, const char* step, const std::string& file) {
+    if (verbose()) outMessage(code, "Unable to %s pid file (%s)\n", step, file.c_str());
     return code;
 }
 
-int open_directory() {
-    std::string_view path = settings.pidfile;
+int open_directory(const std::string& file) {
+    pending.path = file;
+    std::string_view path = pending.path;
     std::size_t slash = path.rfind('/');
     std::size_t name_start = slash == std::string_view::npos ? 0 : slash + 1;
     pending.directory = path.substr(0, name_start);
@@ -69,9 +70,9 @@ pid_t running_owner() {
     return pid != 0 && pid != getpid() ? query_PID(pid) : 0;
 }
 
-int already_running(pid_t owner) {
+int already_running(pid_t owner, const std::string& file) {
     if (verbose()) {
-        outMessage(0, "Pid file (%s): already running (pid %d)\n", settings.pidfile.c_str(),
+        outMessage(0, "Pid file (%s): already running (pid %d)\n", file.c_str(),
                    static_cast<int>(owner));
     }
     return kAlreadyRunning;
@@ -112,28 +113,28 @@ std::string absolute_pidfile(const char* name) {
     return here ? std::string(here.get()) + "/" + name : name;
 }
 
-int prepare_pidfile() {
-    if (settings.pidfile.empty()) return 0;
-    int code = open_directory();
+int prepare_pidfile(const std::string& file) {
+    if (file.empty()) return 0;
+    int code = open_directory(file);
     if (pid_t owner = code == 0 ? running_owner() : 0) {
         discard_pidfile();
-        return already_running(owner);
+        return already_running(owner, file);
     }
     // ".<name>.XXXXXX" in the same directory, so the rename that publishes it is atomic.
     if (code == 0) code = make_temporary();
     if (code == 0) return 0;
     discard_pidfile();
-    return failed(code, "create");
+    return failed(code, "create", file);
 }
 
-int check_pidfile() {
-    if (settings.pidfile.empty()) return 0;
-    int code = open_directory();
+int check_pidfile(const std::string& file) {
+    if (file.empty()) return 0;
+    int code = open_directory(file);
     pid_t owner = code == 0 ? running_owner() : 0;
     if (code == 0 && faccessat(pending.dir, ".", W_OK | X_OK, AT_EACCESS) != 0) code = errno;
     discard_pidfile();
-    if (owner != 0) return already_running(owner);
-    return code == 0 ? 0 : failed(code, "create");
+    if (owner != 0) return already_running(owner, file);
+    return code == 0 ? 0 : failed(code, "create", file);
 }
 
 int commit_pidfile() {
@@ -151,10 +152,10 @@ int commit_pidfile() {
     if (code != 0) {
         unlinkat(pending.dir, pending.temporary.c_str(), 0);
         pending.temporary.clear();
-        return failed(code, "write");
+        return failed(code, "write", pending.path);
     }
     pending.committed = true;
-    trace("Wrote pid file (%s)\n", settings.pidfile.c_str());
+    trace("Wrote pid file (%s)\n", pending.path.c_str());
     return 0;
 }
 

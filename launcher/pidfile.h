@@ -14,17 +14,17 @@ inline constexpr int kAlreadyRunning = 17;  // EEXIST
 // cannot be read), so every later step means the same file.
 std::string absolute_pidfile(const char* name);
 
-// Refuses with kAlreadyRunning when settings.pidfile names a process that
-// still runs; otherwise creates a temporary file (mode 0644) beside it, so a
-// file that cannot be written fails the launch before anything starts.
-// Returns 0 (also without --pidfile) or the code, reported.
-int prepare_pidfile();
+// Refuses with kAlreadyRunning when `file` (absolute; empty without
+// --pidfile) names a process that still runs; otherwise creates a temporary
+// file (mode 0644) beside it, so a file that cannot be written fails the
+// launch before anything starts. Returns 0 or the code, reported.
+int prepare_pidfile(const std::string& file);
 
 // The refusals of prepare_pidfile without creating anything: for --dry-run.
-int check_pidfile();
+int check_pidfile(const std::string& file);
 
 // In the process that becomes the JVM: writes its id into the temporary file
-// and renames it to settings.pidfile, replacing a stale one. Later calls do
+// and renames it to the pid file, replacing a stale one. Later calls do
 // nothing. Returns 0 or the errno, reported.
 int commit_pidfile();
 
