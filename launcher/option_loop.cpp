@@ -15,7 +15,13 @@ void report_fault(const OptionUse& use, char** argv) {
             std::fprintf(stderr, "%s: illegal option -- %c\n", argv[0], use.letter);
             break;
         case OptionFault::kMissingValue:
-            std::fprintf(stderr, "%s: option requires an argument -- %c\n", argv[0], use.letter);
+            if (use.letter == '\0') {
+                std::fprintf(stderr, "%s: option '%s' requires an argument\n", argv[0],
+                             argv[use.word]);
+            } else {
+                std::fprintf(stderr, "%s: option requires an argument -- %c\n", argv[0],
+                             use.letter);
+            }
             break;
         case OptionFault::kUnknownLong:
             std::fprintf(stderr, "%s: unrecognized option '%s'\n", argv[0], argv[use.word]);

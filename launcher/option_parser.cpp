@@ -49,19 +49,25 @@ int OptionParser::scan_group(int word) {
     return word + 1;
 }
 
-// An empty value, a value for an option that takes none, or a missing one,
-// make the word a bad option as a whole.
+// A value after '=' or, as for a letter, the next word when it does not begin
+// with '-'. An empty value after '=', or one for an option that takes none,
+// makes the word a bad option as a whole.
 int OptionParser::scan_long(int word) {
     std::string_view text = argv_[word] + 2;
     std::size_t equals = text.find('=');
     const OptionRow* row = find_long(text.substr(0, equals));
-    bool has_value = equals != std::string_view::npos;
-    if (!row || row->takes_value != has_value || (has_value && equals + 1 == text.size())) {
+    bool attached = equals != std::string_view::npos;
+    if (!row || (attached && (!row->takes_value || equals + 1 == text.size()))) {
         add(nullptr, OptionFault::kUnknownLong, word, '\0');
-    } else if (has_value) {
+    } else if (attached) {
         add(row, OptionFault::kNone, word, '\0', word, 2 + equals + 1);
-    } else {
+    } else if (!row->takes_value) {
         add(row, OptionFault::kNone, word, '\0');
+    } else if (word + 1 < argc_ && argv_[word + 1][0] != '-') {
+        add(row, OptionFault::kNone, word, '\0', word + 1);
+        return word + 2;
+    } else {
+        add(nullptr, OptionFault::kMissingValue, word, '\0');
     }
     return word + 1;
 }

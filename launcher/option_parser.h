@@ -12,7 +12,7 @@ namespace qorvel {
 enum class OptionFault {
     kNone,
     kIllegal,       // a letter that is no option
-    kMissingValue,  // a letter that needs a value got none
+    kMissingValue,  // an option that needs a value got none
     kUnknownLong,   // "--word" that is no long option as written
     kSilent,        // ':' names no option but has always been taken without a message
 };
@@ -31,8 +31,8 @@ struct OptionUse {
 // may be grouped ("-ds"); a value may be attached ("-cfoo") or the next word,
 // but a word beginning with '-' is never taken as a value. "--" ends the
 // options, as does a '-' inside a group (the rest of that word is ignored and
-// the next word begins the command); a lone "-" is skipped. "--name" or
-// "--name=value" is a long option where a group could start.
+// the next word begins the command); a lone "-" is skipped. "--name",
+// "--name=value" or "--name value" is a long option where a group could start.
 class OptionParser {
   public:
     OptionParser(int argc, char* const* argv);

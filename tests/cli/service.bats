@@ -66,7 +66,7 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
     [ "$status" = "$code" ] && eval "$check" || { echo "$name: $status $stderr"; false; }
   done <<'CASES'
 foreground_jvm_writes_its_own_id|:|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(seen pid out.txt)" ]
-live_file_refused_untouched|echo $$ > app.pid|--pidfile=app.pid|17|[ "$(cat app.pid):$stderr" = "$$:Pid file ($PWD/app.pid): already running (pid $$)" ] && [ ! -e out.txt ]
+live_file_refused_untouched|echo $$ > app.pid|--pidfile app.pid|17|[ "$(cat app.pid):$stderr" = "$$:Pid file ($PWD/app.pid): already running (pid $$)" ] && [ ! -e out.txt ]
 stale_file_replaced|echo 99999999 > app.pid|--pidfile=app.pid|0|[ "$(cat app.pid)" = "$(seen pid out.txt)" ]
 relative_file_stays_in_the_launch_directory|echo other > sub/app.pid|-d -s --pidfile=app.pid -w sub|0|[ ! -e app.pid ] && [ "$(cat sub/app.pid)" = other ]
 daemon_returns_with_the_file_in_place|:|-d --pidfile=app.pid|0|[ -s app.pid ]
@@ -82,7 +82,7 @@ CASES
   [ "$status" -eq 0 ]
   [ "$(sed -n 3p <<<"$output")" = "Usage: qorvel [options] program [program arguments]" ]
   [ "$(grep -c '^  -' <<<"$output")" -eq 21 ]
-  for words in '-d --help' --pidfile --no-such-option; do
+  for words in '-d --help' '--pidfile -d' --no-such-option; do
     run --separate-stderr "$QORVEL" $words java Main
     [ "$status" -eq 248 ] || { echo "$words: $status"; false; }
   done
@@ -115,7 +115,7 @@ output_file_that_cannot_be_opened|-1 no/out.txt
 program_not_on_the_path|-d no-such-program-qv
 unknown_group|-d -u :no-such-group-qv
 unknown_user|-u no-such-user-qv
-unusable_password_file|-u root:: --password-file=no-such-file
+unusable_password_file|-u root:: --password-file no-such-file
 directory_that_cannot_be_entered|-w no-such-dir
 CASES
 }
