@@ -148,7 +148,7 @@ EOF
   [ "$(grep -c ' Opened$' qorvel.log)" -eq 2 ]
   [ "$(grep -c ' :: Log Closed$' qorvel.log)" -eq 2 ]
   grep -qx 'Enabled -m option, SILENT_MODE' qorvel.log
-  ! grep -q secret qorvel.log
+  ! grep -q secret qorvel.log || false
   masked='<user group password not shown>'
   [ "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" = "(-u) ($masked) (-u$masked) (-du) ($masked)" ]
 }
