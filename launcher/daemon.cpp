@@ -49,13 +49,14 @@ sigset_t block_forwarded() {
     return previous;
 }
 
-void forward_to(pid_t child, const sigset_t& previous) {
+// Installed while the signals are blocked; no SA_RESTART, so a read waiting
+// for the start is interrupted and tried again.
+void forward_to(pid_t child) {
     waited_child = child;
     struct sigaction action {};
     action.sa_handler = forward_signal;
     sigemptyset(&action.sa_mask);
     for (int signal_number : kForwarded) sigaction(signal_number, &action, nullptr);
-    sigprocmask(SIG_SETMASK, &previous, nullptr);
 }
 
 // A child killed by signal N ends the parent with 128 + N, as a shell
@@ -153,7 +154,7 @@ int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
     if (pid != 0) {
         close(ends[1]);
         leave_pidfile_to_child();
-        if (launch.suspend) forward_to(pid, previous);
+        if (launch.suspend) forward_to(pid);
         sigprocmask(SIG_SETMASK, &previous, nullptr);
         wait_and_exit(pid, ends[0], launch.suspend);
     }
