@@ -15,23 +15,31 @@
 namespace qorvel {
 namespace {
 
+// "name (id)", or "(id)" for an id without a name.
+std::string named_id(const char* name, unsigned id) {
+    std::string text = name ? name : "";
+    if (!text.empty()) text += ' ';
+    return text.append("(").append(std::to_string(id)).append(")");
+}
+
 // The account switched to goes by the name given, since two names may share one id.
 std::string user_name(const Credentials& credentials) {
-    std::string name = credentials.user;
-    if (const passwd* entry = name.empty() ? getpwuid(credentials.uid) : nullptr) {
-        name = entry->pw_name;
-    }
-    return (name.empty() ? "" : name + " ") + "(" + std::to_string(credentials.uid) + ")";
+    if (!credentials.user.empty()) return named_id(credentials.user.c_str(), credentials.uid);
+    const passwd* entry = getpwuid(credentials.uid);
+    return named_id(entry ? entry->pw_name : nullptr, credentials.uid);
 }
 
 std::string group_name(gid_t gid) {
     const group* entry = getgrgid(gid);
-    return (entry ? std::string(entry->gr_name) + " " : "") + "(" + std::to_string(gid) + ")";
+    return named_id(entry ? entry->gr_name : nullptr, gid);
 }
 
 std::string group_list(const std::vector<gid_t>& groups) {
     std::string list;
-    for (gid_t gid : groups) list += (list.empty() ? "" : ",") + std::to_string(gid);
+    for (gid_t gid : groups) {
+        if (!list.empty()) list += ',';
+        list += std::to_string(gid);
+    }
     return list.empty() ? "none" : list;
 }
 
