@@ -5,8 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "launcher/console.h"
 #include "launcher/option_loop.h"
-#include "launcher/settings.h"
+#include "launcher/option_parser.h"
 #include "util/bounded_text.h"
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -26,8 +27,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::string& w : words) argv.push_back(w.data());
     argv.push_back(nullptr);
 
-    qorvel::settings = qorvel::LaunchSettings{};
-    qorvel::bounded_copy(qorvel::settings.outputDesc, "none");
-    qorvel::scan_options(static_cast<int>(words.size()), argv.data());
+    qorvel::console = qorvel::ConsoleState{};
+    qorvel::bounded_copy(qorvel::console.outputDesc, "none");
+    const qorvel::OptionParser parser(static_cast<int>(words.size()), argv.data());
+    qorvel::LaunchSettings launch;
+    qorvel::scan_options(parser, argv.data(), launch);
     return 0;
 }

@@ -33,12 +33,11 @@ bool append_setting(char* line, std::size_t lineSize, const char* plain, const c
     return fits;
 }
 
-bool append_settings(char* line, std::size_t lineSize) {
-    return append_setting(line, lineSize, " -classpath %s", " -classpath \"%s\"",
-                          settings.classpath) &&
-           append_setting(line, lineSize, " %s", " %s", settings.jvmargs) &&
+bool append_settings(char* line, std::size_t lineSize, JvmSettings& jvm) {
+    return append_setting(line, lineSize, " -classpath %s", " -classpath \"%s\"", jvm.classpath) &&
+           append_setting(line, lineSize, " %s", " %s", jvm.jvmargs) &&
            append_setting(line, lineSize, " -Djava.security.policy=%s",
-                          " -Djava.security.policy=\"%s\"", settings.policyfile);
+                          " -Djava.security.policy=\"%s\"", jvm.policyfile);
 }
 
 int too_long() {
@@ -51,7 +50,8 @@ int too_long() {
 
 int chkForSpaces(const char* text) { return has_space(text) ? 1 : 0; }
 
-int create_cmdLine(char* line, std::size_t lineSize, int count, const char* const* words) {
+int create_cmdLine(char* line, std::size_t lineSize, int count, const char* const* words,
+                   JvmSettings& jvm) {
     std::unique_ptr<char[]> expanded(new (std::nothrow) char[QORVEL_EXPAND_MAX]);
     if (!expanded) return errno;
     if (lineSize == 0) return too_long();
@@ -67,7 +67,7 @@ int create_cmdLine(char* line, std::size_t lineSize, int count, const char* cons
         bool fits = bounded_append(line, lineSize, quote ? "\"" : "") &&
                     bounded_append(line, lineSize, expanded.get()) &&
                     bounded_append(line, lineSize, quote ? "\"" : "") &&
-                    (i > 0 || append_settings(line, lineSize)) &&
+                    (i > 0 || append_settings(line, lineSize, jvm)) &&
                     bounded_append(line, lineSize, " ");
         if (!fits) return too_long();
     }

@@ -1,5 +1,6 @@
 #include "launcher/daemon.h"
 
+#include <fcntl.h>
 #include <grp.h>
 #include <signal.h>
 #include <string.h>
@@ -15,7 +16,6 @@
 #include "launcher/identity.h"
 #include "launcher/password.h"
 #include "launcher/pidfile.h"
-#include "launcher/settings.h"
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
 
@@ -26,6 +26,10 @@ int fail(int code, const char* format) {
     if (verbose()) outMessage(code, format, code);
     return code;
 }
+
+// The daemon child's end of the start pipe (close-on-exec, so the exec closes
+// it); -1 elsewhere. Written by fork_daemon, used by tell_waiting_parent.
+int start_pipe = -1;
 
 // What a supervisor may send the waiting parent; each is passed on to the child.
 constexpr int kForwarded[] = {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2};
@@ -45,13 +49,14 @@ sigset_t block_forwarded() {
     return previous;
 }
 
-void forward_to(pid_t child, const sigset_t& previous) {
+// Installed while the signals are blocked; no SA_RESTART, so a read waiting
+// for the start is interrupted and tried again.
+void forward_to(pid_t child) {
     waited_child = child;
     struct sigaction action {};
     action.sa_handler = forward_signal;
     sigemptyset(&action.sa_mask);
     for (int signal_number : kForwarded) sigaction(signal_number, &action, nullptr);
-    sigprocmask(SIG_SETMASK, &previous, nullptr);
 }
 
 // A child killed by signal N ends the parent with 128 + N, as a shell
@@ -73,34 +78,47 @@ int wait_for(pid_t child) {
     return code;
 }
 
-[[noreturn]] void wait_and_exit(pid_t child, int suspend) {
+// End of file once the exec has replaced the child (0), or the code its
+// start failed with.
+int start_outcome(int pipe_end) {
     int code = 0;
+    ssize_t got;
+    while ((got = read(pipe_end, &code, sizeof code)) == -1 && errno == EINTR) {
+    }
+    close(pipe_end);
+    return got == sizeof code ? code : 0;
+}
+
+// Returns only once the JVM runs or its start failed, so a script or a
+// service manager learns of a failed start and finds the pid file in place.
+[[noreturn]] void wait_and_exit(pid_t child, int pipe_end, bool suspend) {
+    int code = start_outcome(pipe_end);
     if (suspend) {
         trace("Waiting for process to exit...\n");
         code = wait_for(child);
-        remove_pidfile();
-        if (settings.fDebug) CloseLogfile(settings.LoggerLog);
+        remove_pidfile(child);
+        if (console.fDebug) CloseLogfile(console.LoggerLog);
     }
     std::exit(code);
 }
 
-int become_daemon(const char* user, const char* group, const Identity& identity) {
-    if (int rc = switch_identity(user, group, identity)) return rc;
+int become_daemon(const LaunchSettings& launch, const Identity& identity) {
+    if (int rc = switch_identity(launch.user, launch.group, identity)) return rc;
     if (setsid() == -1) {
         int code = errno;
         if (verbose()) outMessage(code, "can't setsid, errno\n");
         return code;
     }
-    if (settings.umask_value >= 0) umask(static_cast<mode_t>(settings.umask_value));
+    if (launch.umask_value >= 0) umask(static_cast<mode_t>(launch.umask_value));
     return 0;
 }
 
 // The password is needed when one was given, or to become another user;
 // the superuser may waive it with --no-password-check. The password is
 // wiped once checked either way.
-bool password_refused(const char* user, char* password, uid_t uid) {
+bool password_refused(const char* user, char* password, uid_t uid, bool waived) {
     bool given = password[0] != '\0';
-    bool check = given || (uid != 0 && uid != getuid() && !settings.noPasswordCheck);
+    bool check = given || (uid != 0 && uid != getuid() && !waived);
     bool refused = check && validateUserPassword(user, password) == 0;
     explicit_bzero(password, bounded_length(password, kIdentityFieldSize));
     release_secrets();
@@ -117,40 +135,66 @@ bool group_is_root(const char* group) {
 }
 
 // The parent waits or leaves; the child goes on to become the daemon.
-int fork_daemon(const char* user, const char* group, const Identity& identity, int suspend) {
+int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
     trace("FCN: child_start() - Start process as a background daemon\n");
     std::fflush(nullptr);  // nothing buffered may be written twice
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0)
+        return fail(errno, "can't create the start pipe, errno = %d\n");
     signal(SIGCHLD, SIG_DFL);
     sigset_t previous = block_forwarded();
     pid_t pid = fork();
     if (pid == -1) {
         int code = errno;
         sigprocmask(SIG_SETMASK, &previous, nullptr);
+        close(ends[0]);
+        close(ends[1]);
         return fail(code, "can't fork first child, errno = %d\n");
     }
     if (pid != 0) {
-        if (suspend) forward_to(pid, previous);
-        wait_and_exit(pid, suspend);
+        close(ends[1]);
+        leave_pidfile_to_child();
+        if (launch.suspend) forward_to(pid);
+        sigprocmask(SIG_SETMASK, &previous, nullptr);
+        wait_and_exit(pid, ends[0], launch.suspend);
     }
+    close(ends[0]);
+    start_pipe = ends[1];
     sigprocmask(SIG_SETMASK, &previous, nullptr);
     // Before the identity switch, which may take away the right to publish it.
     if (int rc = commit_pidfile()) return rc;
-    return become_daemon(user, group, identity);
+    return become_daemon(launch, identity);
 }
 
 }  // namespace
 
-int child_start(const char* user, const char* group, char* password, int suspend) {
-    Identity identity;
+void tell_waiting_parent(int code) {
+    if (start_pipe == -1) return;
+    if (write(start_pipe, &code, sizeof code) < 0) trace("The waiting parent is gone\n");
+    close(start_pipe);
+    start_pipe = -1;
+}
+
+int check_child_start(LaunchSettings& launch, Identity& identity) {
+    const char* user = launch.user;
+    const char* group = launch.group;
     if (int rc = resolve_user(user, identity)) return rc;
     identity.gid = group[0] != '\0' ? gname2id(group) : 0;
-    if (password_refused(user, password, identity.uid)) return kPasswordRefused;
+    if (password_refused(user, launch.password, identity.uid, launch.noPasswordCheck)) {
+        return kPasswordRefused;
+    }
     if (group[0] != '\0' && identity.gid == 0) {
         trace("Invalid Group Name: %s\n", group);
         if (group_is_root(group)) report("Group %s is the superuser's: never switched to\n", group);
         return kBadGroup;
     }
-    return fork_daemon(user, group, identity, suspend);
+    return 0;
+}
+
+int child_start(LaunchSettings& launch) {
+    Identity identity;
+    if (int rc = check_child_start(launch, identity)) return rc;
+    return fork_daemon(launch, identity);
 }
 
 }  // namespace qorvel

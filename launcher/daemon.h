@@ -2,18 +2,34 @@
 // group and user, a new session and the file-creation mask.
 #pragma once
 
+#include "launcher/identity.h"
+#include "launcher/settings.h"
+
 namespace qorvel {
 
 inline constexpr int kPasswordRefused = 5;
 
-// Forks once. The parent never returns: it exits at once, or with `suspend`
-// waits for the child, passing on TERM, INT, HUP, QUIT, USR1 and USR2 to it,
-// removes the pid file and exits with the child's status (128 + N when
-// signal N ended it). The child publishes the pid file before it switches.
+// The daemon start of `launch`, under its user, group and password. Forks
+// once. The parent never returns: it waits until the child has become the
+// program or told it the code its start failed with, and exits with 0 or that
+// code; with -s it then waits for the child, passing on TERM, INT,
+// HUP, QUIT, USR1 and USR2 to it, removes the pid file and exits with the
+// child's status (128 + N when signal N ended it). The child publishes the
+// pid file before it switches.
 // Returns 0 in the child, or a code when the start failed (kUnknownUser,
 // kPasswordRefused, kBadGroup, errno: EPERM when a caller other than the
-// superuser names another user). `password` is wiped once it has been checked
-// (or waived with --no-password-check). A failed wait ends the parent with its errno.
-int child_start(const char* user, const char* group, char* password, int suspend);
+// superuser names another user). The password is wiped once it has been
+// checked (or waived with --no-password-check). A failed wait ends the parent
+// with its errno.
+int child_start(LaunchSettings& launch);
+
+// What child_start checks before its fork, and nothing more: the user, the
+// password and the group, resolved into `identity`. Returns 0 or the code
+// child_start would return. For --dry-run.
+int check_child_start(LaunchSettings& launch, Identity& identity);
+
+// In the daemon child whose start failed: tells the waiting parent `code`.
+// Does nothing in any other process.
+void tell_waiting_parent(int code);
 
 }  // namespace qorvel

@@ -3,13 +3,11 @@
 #include <string.h>
 
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "launcher/console.h"
-#include "launcher/getopt.h"
-#include "launcher/settings.h"
-#include "launcher/user_spec.h"
 
 namespace qorvel {
 namespace {
@@ -20,21 +18,22 @@ int count_words(char** argv) {
     return argc;
 }
 
-// For each word, the offset at which a -u value starts within it, or npos.
-// The real parser finds them, so attached values ("-ualice:...") and values
-// inside groups ("-du alice:...") are masked as reliably as separate ones.
-std::vector<std::size_t> find_identity_values(int argc, char** argv) {
-    std::vector<std::size_t> starts(argc, std::string_view::npos);
-    int saved_opterr = opt::opterr;
-    opt::opterr = 0;
-    opt::optind = 0;
-    for (int c; (c = opt::getopt(argc, argv, opt::kOptionString)) != -1;) {
-        // The parser leaves optind on the word that holds the value it returned.
-        if (c == 'u')
-            starts[opt::optind] = static_cast<std::size_t>(opt::optarg - argv[opt::optind]);
+// For each word, the offset at which a secret value starts within it, or npos.
+// The parser finds them, so attached values ("-ualice:...") and values inside
+// groups ("-du alice:...") are masked as reliably as separate ones.
+std::vector<std::size_t> secret_values(const OptionParser& parser, int argc) {
+    std::vector<std::size_t> starts(static_cast<std::size_t>(argc), std::string_view::npos);
+    for (const OptionUse& use : parser.uses()) {
+        if (use.row && use.row->mask && use.value_word >= 0) starts[use.value_word] = use.value_at;
     }
-    opt::opterr = saved_opterr;
     return starts;
+}
+
+// A word that is exactly a secret option's letter ("-u"): the word after it is
+// masked even when the parser did not take it as the value.
+bool names_secret_option(std::string_view word) {
+    const OptionRow* row = word.size() == 2 && word[0] == '-' ? find_letter(word[1]) : nullptr;
+    return row && row->mask;
 }
 
 }  // namespace
@@ -42,46 +41,44 @@ std::vector<std::size_t> find_identity_values(int argc, char** argv) {
 void setDebug(int argc, char** argv) {
     for (int i = 0; i < argc && argv[i]; ++i) {
         if (std::strcmp(argv[i], "-g") == 0) {
-            settings.fDebug = 1;
+            console.fDebug = 1;
             return;
         }
     }
 }
 
-const char* getLogFileName(int argc, char** argv) {
-    opt::optind = 0;
-    for (int c; (c = opt::getopt(argc, argv, opt::kOptionString)) != -1;) {
-        if (c == 'l') return opt::optarg;
+const char* getLogFileName(const OptionParser& parser, char** argv) {
+    for (const OptionUse& use : parser.uses()) {
+        if (use.row && use.row->letter == 'l') return OptionParser::value(use, argv);
     }
     return kDefaultLogName;
 }
 
-void hide_passwords(int argc, char** argv) {
-    std::vector<std::size_t> value_starts = find_identity_values(argc, argv);
-    for (int i = 0; i < argc; ++i) {
-        if (value_starts[i] == std::string_view::npos) continue;
+void hide_passwords(const OptionParser& parser, char** argv) {
+    for (const OptionUse& use : parser.uses()) {
+        if (!use.row || !use.row->mask || use.value_word < 0) continue;
         // The scan reads the copy; what the system shows of our arguments is
         // the original, masked.
-        char* copy = strdup(argv[i]);
+        char* word = argv[use.value_word];
+        char* copy = strdup(word);
         if (!copy) continue;
-        mask_password(argv[i] + value_starts[i]);
-        argv[i] = copy;
+        use.row->mask(word + use.value_at);
+        argv[use.value_word] = copy;
     }
 }
 
-void dump_argv(char** argv) {
+void dump_argv(const OptionParser& parser, char** argv) {
     int argc = count_words(argv);
-    std::vector<std::size_t> value_starts = find_identity_values(argc, argv);
-    bool after_u = false;  // the previous word was shown as exactly "-u"
+    std::vector<std::size_t> value_starts = secret_values(parser, argc);
+    bool after_secret = false;  // the previous word was shown as exactly "-u"
     for (int i = 0; i < argc; ++i) {
-        std::string_view word = argv[i];
-        std::size_t masked_from = after_u ? 0 : value_starts[i];
+        std::size_t masked_from = after_secret ? 0 : value_starts[static_cast<std::size_t>(i)];
         if (masked_from == std::string_view::npos) {
             trace("arg[%d] = (%s)\n", i, argv[i]);
         } else {
             trace("arg[%d] = (%.*s%s)\n", i, static_cast<int>(masked_from), argv[i], kIdentityMask);
         }
-        after_u = masked_from == std::string_view::npos && word == "-u";
+        after_secret = masked_from == std::string_view::npos && names_secret_option(argv[i]);
     }
 }
 

@@ -8,6 +8,9 @@
 
 #include "launcher/env_lines.h"
 #include "launcher/jvm_args.h"
+#include "launcher/jvm_start.h"
+#include "launcher/launch_summary.h"
+#include "launcher/program_search.h"
 
 extern char** environ;
 
@@ -46,9 +49,15 @@ void remember_environment() {
     for (char** entry = environ; *entry; ++entry) initial_environment.push_back(*entry);
 }
 
-int dry_run(char** argv, int first) {
+int dry_run(LaunchSettings& launch, char** command, const Identity& identity) {
     char** vector = nullptr;
-    if (int rc = create_argv(argv + first + 1, &vector, argv[first])) return rc;
+    if (int rc = create_argv(command + 1, &vector, command[0], launch.jvm)) return rc;
+    int rc = check_streams(launch);
+    if (rc == 0) rc = find_program(vector[0]);
+    if (rc != 0) {
+        destroy_argv(vector);
+        return rc;
+    }
     std::string line;
     for (char** word = vector; *word; ++word) {
         if (!line.empty()) line += ' ';
@@ -61,6 +70,7 @@ int dry_run(char** argv, int first) {
                        initial_environment.end();
         if (!initial) std::printf("%s\n", shown_entry(*entry).c_str());
     }
+    print_launch_summary(launch, identity);
     std::fflush(stdout);
     return 0;
 }

@@ -7,7 +7,6 @@
 
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
-#include "launcher/settings.h"
 #include "util/bounded_text.h"
 
 extern char** environ;
@@ -63,7 +62,7 @@ int prefix_path() {
 }
 
 void dump_Env() {
-    if (!settings.fDebug) return;
+    if (!console.fDebug) return;
     trace("FCN: dump_Env() - Environment Variables defined for this process\n");
     for (char** entry = environ; *entry != nullptr; ++entry) {
         trace("env: (%s).\n", shown_entry(*entry).c_str());

@@ -12,7 +12,6 @@
 
 #include "launcher/console.h"
 #include "launcher/env_lines.h"
-#include "launcher/settings.h"
 
 namespace qorvel {
 namespace {
@@ -139,6 +138,26 @@ int switch_identity(const char* user, const char* group, const Identity& identit
     trace("Exec in group (setgid) (%s)\n", group);
     if (setgid(identity.gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
     return 0;
+}
+
+Credentials credentials_after(const char* user, const Identity& identity) {
+    Credentials result{"", getuid(), identity.gid != 0 ? identity.gid : getgid(), {}};
+    Account account;
+    int count = 0;
+    if (identity.change_user && find_account(user, identity.uid, account)) {
+        result.user = account.name;
+        result.uid = identity.uid;
+        if (identity.gid == 0) result.gid = account.gid;
+        getgrouplist(account.name.c_str(), result.gid, nullptr, &count);
+        result.groups.resize(static_cast<std::size_t>(count));
+        getgrouplist(account.name.c_str(), result.gid, result.groups.data(), &count);
+    } else {
+        // A group switch alone leaves the supplementary groups as they are.
+        count = getgroups(0, nullptr);
+        result.groups.resize(static_cast<std::size_t>(count > 0 ? count : 0));
+        if (count > 0) getgroups(count, result.groups.data());
+    }
+    return result;
 }
 
 int scan_long(const char* text, long* value) {

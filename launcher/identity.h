@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <string>
+#include <vector>
 
 namespace qorvel {
 
@@ -28,6 +29,15 @@ int resolve_user(const char* user, Identity& identity);
 // account (unless -e lines set them) and no inherited descriptor above 2
 // left for the exec. Returns 0 or an errno, after reporting it.
 int switch_identity(const char* user, const char* group, const Identity& identity);
+
+// What switch_identity gives the JVM: for --dry-run.
+struct Credentials {
+    std::string user;  // the account's name; empty when the caller's id stays
+    uid_t uid = 0;
+    gid_t gid = 0;
+    std::vector<gid_t> groups;  // supplementary groups
+};
+Credentials credentials_after(const char* user, const Identity& identity);
 
 // A user name or "#<decimal id>" as a user id; 0 when it cannot be resolved.
 uid_t uname2id(const char* name);

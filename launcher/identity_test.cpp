@@ -4,8 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "launcher/console.h"
 #include "launcher/environment.h"
-#include "launcher/settings.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {
@@ -13,8 +13,7 @@ namespace {
 
 // Names themselves are looked up by the identity suite against its own account files.
 TEST(NameToId, NumbersBetweenBlanksUpToTheLastUsableId) {
-    settings = LaunchSettings{};
-    bounded_copy(settings.outputDesc, "none");
+    bounded_copy(console.outputDesc, "none");
     const struct {
         const char* text;
         unsigned id;

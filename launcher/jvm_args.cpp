@@ -93,8 +93,8 @@ void split_options(const char* text, OptionPieces& pieces) {
     pieces.count = cut_pieces(pieces.copy);
 }
 
-bool append_options(Builder& vector, const OptionPieces& pieces) {
-    if (pieces.count == 0) return vector.append(settings.jvmargs.get());
+bool append_options(Builder& vector, const OptionPieces& pieces, const char* jvmargs) {
+    if (pieces.count == 0) return vector.append(jvmargs);
     const char* piece = pieces.copy;
     for (std::size_t i = 0; i < pieces.count; ++i) {
         if (!vector.append(piece)) return false;
@@ -103,14 +103,14 @@ bool append_options(Builder& vector, const OptionPieces& pieces) {
     return true;
 }
 
-// Rewrites settings.policyfile as the whole policy option, sized to fit so a
-// long file name is never cut.
-bool make_policy_option() {
-    std::size_t size = sizeof kPolicyPrefix + std::strlen(settings.policyfile.get());
+// Rewrites `policyfile` as the whole policy option, sized to fit so a long
+// file name is never cut.
+bool make_policy_option(HeapText& policyfile) {
+    std::size_t size = sizeof kPolicyPrefix + std::strlen(policyfile.get());
     HeapText option(new (std::nothrow) char[size]);
     if (!option) return false;
-    bounded_format(option.get(), size, "%s%s", kPolicyPrefix, settings.policyfile.get());
-    settings.policyfile = std::move(option);
+    bounded_format(option.get(), size, "%s%s", kPolicyPrefix, policyfile.get());
+    policyfile = std::move(option);
     return true;
 }
 
@@ -132,7 +132,7 @@ int append_expanded(Builder& vector, const char* word, const char* what) {
 
 }  // namespace
 
-int create_argv(char** words, char*** argv, const char* program) {
+int create_argv(char** words, char*** argv, const char* program, JvmSettings& jvm) {
     std::size_t word_count = 0;
     long total = 0;
     for (char** word = words; *word != nullptr; ++word, ++word_count) {
@@ -140,21 +140,21 @@ int create_argv(char** words, char*** argv, const char* program) {
         if (total > kMaxArgumentChars) return E2BIG;
     }
     OptionPieces pieces;
-    if (is_set(settings.jvmargs)) split_options(settings.jvmargs.get(), pieces);
+    if (is_set(jvm.jvmargs)) split_options(jvm.jvmargs.get(), pieces);
 
-    std::size_t capacity = word_count + 2 + (is_set(settings.classpath) ? 2 : 0) +
-                           (is_set(settings.jvmargs) ? std::max<std::size_t>(pieces.count, 1) : 0) +
-                           (is_set(settings.policyfile) ? 1 : 0);
+    std::size_t capacity = word_count + 2 + (is_set(jvm.classpath) ? 2 : 0) +
+                           (is_set(jvm.jvmargs) ? std::max<std::size_t>(pieces.count, 1) : 0) +
+                           (is_set(jvm.policyfile) ? 1 : 0);
     Builder vector;
     if (!vector.allocate(capacity)) return errno;
     if (int rc = append_expanded(vector, program, "file argument")) return rc;
-    if (is_set(settings.classpath) &&
-        !(vector.append("-classpath") && vector.append(settings.classpath.get()))) {
+    if (is_set(jvm.classpath) &&
+        !(vector.append("-classpath") && vector.append(jvm.classpath.get()))) {
         return errno;
     }
-    if (is_set(settings.jvmargs) && !append_options(vector, pieces)) return errno;
-    if (is_set(settings.policyfile) &&
-        !(make_policy_option() && vector.append(settings.policyfile.get()))) {
+    if (is_set(jvm.jvmargs) && !append_options(vector, pieces, jvm.jvmargs.get())) return errno;
+    if (is_set(jvm.policyfile) &&
+        !(make_policy_option(jvm.policyfile) && vector.append(jvm.policyfile.get()))) {
         return ENOMEM;
     }
     for (char** word = words; *word != nullptr; ++word) {
@@ -174,7 +174,7 @@ void destroy_argv(char** argv) {
 }
 
 void show_cmdLine(char** argv) {
-    if (!settings.fDebug) return;
+    if (!console.fDebug) return;
     trace("CmdLine = (");
     for (char** slot = argv; *slot != nullptr; ++slot) trace("%s ", *slot);
     trace(")\n");

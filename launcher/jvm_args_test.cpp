@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "launcher/cmdline.h"
-#include "launcher/settings.h"
+#include "launcher/console.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {
@@ -20,27 +20,28 @@ struct Settings {
     const char *classpath = nullptr, *jvmargs = nullptr, *policyfile = nullptr;
 };
 
-// Fresh settings with a silent console and the three property-file values.
-void use(Settings given) {
-    settings = LaunchSettings{};
-    bounded_copy(settings.outputDesc, "none");
+// The three property-file values, with a silent console.
+JvmSettings use(Settings given) {
+    bounded_copy(console.outputDesc, "none");
     auto put = [](HeapText& slot, const char* text) {
         if (!text) return;
         std::size_t size = std::strlen(text) + 1;
         slot.reset(new char[size]);
         std::memcpy(slot.get(), text, size);
     };
-    put(settings.classpath, given.classpath);
-    put(settings.jvmargs, given.jvmargs);
-    put(settings.policyfile, given.policyfile);
+    JvmSettings jvm;
+    put(jvm.classpath, given.classpath);
+    put(jvm.jvmargs, given.jvmargs);
+    put(jvm.policyfile, given.policyfile);
+    return jvm;
 }
 
 // "<rc>|<line>" for the words with the settings given; a used setting must be consumed.
 std::string render(std::vector<const char*> words, Settings given = {}) {
-    use(given);
+    JvmSettings jvm = use(given);
     char line[8192];
-    int rc = create_cmdLine(line, sizeof line, static_cast<int>(words.size()), words.data());
-    for (const HeapText* t : {&settings.classpath, &settings.jvmargs, &settings.policyfile}) {
+    int rc = create_cmdLine(line, sizeof line, static_cast<int>(words.size()), words.data(), jvm);
+    for (const HeapText* t : {&jvm.classpath, &jvm.jvmargs, &jvm.policyfile}) {
         EXPECT_TRUE(!*t || (*t)[0] == '\0') << "a setting that was used is consumed";
     }
     return std::to_string(rc) + "|" + line;
@@ -72,9 +73,11 @@ TEST(CreateCmdLine, QuotesWordsWithBlanksAndPutsTheSettingsAfterTheFirst) {
     for (const auto& c : cases) EXPECT_EQ(render(c.words, c.given), c.expected);
     const char* words[] = {"java", "Main"};
     char small[64];
-    settings.classpath.reset(new char[101]());
-    std::memset(settings.classpath.get(), 'c', 100);
-    EXPECT_EQ(create_cmdLine(small, sizeof small, 2, words), 7) << "the caller's buffer is short";
+    JvmSettings jvm;
+    jvm.classpath.reset(new char[101]());
+    std::memset(jvm.classpath.get(), 'c', 100);
+    EXPECT_EQ(create_cmdLine(small, sizeof small, 2, words, jvm), 7)
+        << "the caller's buffer is short";
     EXPECT_LT(std::strlen(small), sizeof small);
 }
 
@@ -100,10 +103,10 @@ using Words = std::vector<std::string>;
 
 // The vector for the program "java" with `options` as the JVM options.
 Words build(const std::string& options) {
-    use({nullptr, options.c_str()});
+    JvmSettings jvm = use({nullptr, options.c_str()});
     char* tail[] = {nullptr};
     char** argv = nullptr;
-    if (int rc = create_argv(tail, &argv, "java")) return {"rc=" + std::to_string(rc)};
+    if (int rc = create_argv(tail, &argv, "java", jvm)) return {"rc=" + std::to_string(rc)};
     Words result;
     for (char** slot = argv; *slot; ++slot) result.emplace_back(*slot);
     destroy_argv(argv);

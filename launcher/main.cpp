@@ -13,23 +13,14 @@
 #include "launcher/help.h"
 #include "launcher/password.h"
 #include "launcher/process_config.h"
-#include "launcher/settings.h"
 #include "qorvel/log.h"
 #include "util/bounded_text.h"
 
 namespace {
 
-// Runs at every normal exit, the daemon parent's included; not after exec.
-void cleanup() {
-    for (int fd :
-         {qorvel::settings.stdin_fd, qorvel::settings.stdout_fd, qorvel::settings.stderr_fd}) {
-        if (fd != -1) close(fd);
-    }
-}
-
-void record_system_name() {
+void record_system_name(qorvel::LaunchSettings& launch) {
     struct utsname names;
-    qorvel::bounded_copy(qorvel::settings.osname, uname(&names) == 0 ? names.sysname : "");
+    qorvel::bounded_copy(launch.osname, uname(&names) == 0 ? names.sysname : "");
 }
 
 // A descriptor the caller left closed would go to the next file we open, and
@@ -46,16 +37,16 @@ void fill_standard_descriptors() {
 }
 
 // A log that could not be used safely is left out; the launch goes on.
-void open_debug_log(int argc, char** argv) {
-    using qorvel::settings;
-    const char* name = qorvel::getLogFileName(argc, argv);
-    settings.LoggerLog = ExtendLogfile(1, name);
-    if (!settings.LoggerLog) {
+void open_debug_log(const qorvel::OptionParser& parser, char** argv, const char* osname) {
+    using qorvel::console;
+    const char* name = qorvel::getLogFileName(parser, argv);
+    console.LoggerLog = ExtendLogfile(1, name);
+    if (!console.LoggerLog) {
         qorvel::report("Warning: debug log (%s) not written: %s\n", name, std::strerror(errno));
     }
-    LogMsg(settings.LoggerLog, 1, 1, "MAIN -- qorvel process starter on %s\n\n", settings.osname);
+    LogMsg(console.LoggerLog, 1, 1, "MAIN -- qorvel process starter on %s\n\n", osname);
     qorvel::trace("qorvel startup argument list:\n");
-    qorvel::dump_argv(argv);
+    qorvel::dump_argv(parser, argv);
 }
 
 // Installed set-user-ID or set-group-ID, any local user could start a program
@@ -70,6 +61,7 @@ bool privileged_install() {
 
 int main(int argc, char** argv) {
     fill_standard_descriptors();
+    qorvel::keep_caller_console();
     if (privileged_install()) return 1;
     qorvel::guard_secrets();
     if (argc <= 1) {
@@ -77,15 +69,16 @@ int main(int argc, char** argv) {
         return -1;
     }
     if (qorvel::answer_help(argv[1])) return 0;
-    qorvel::hide_passwords(argc, argv);
+    const qorvel::OptionParser parser(argc, argv);
+    qorvel::hide_passwords(parser, argv);
     // A console nobody reads must not end the launch; the JVM gets the
     // default disposition back before it starts.
     signal(SIGPIPE, SIG_IGN);
-    record_system_name();
-    std::atexit(cleanup);
+    qorvel::LaunchSettings launch;
+    record_system_name(launch);
     qorvel::setDebug(argc, argv);
-    if (qorvel::settings.fDebug) open_debug_log(argc, argv);
-    int rc = qorvel::processConfig(argc, argv);
-    if (qorvel::settings.fDebug) CloseLogfile(qorvel::settings.LoggerLog);
+    if (qorvel::console.fDebug) open_debug_log(parser, argv, launch.osname);
+    int rc = qorvel::processConfig(argc, argv, parser, launch);
+    if (qorvel::console.fDebug) CloseLogfile(qorvel::console.LoggerLog);
     return rc;
 }

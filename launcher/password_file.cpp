@@ -10,14 +10,13 @@
 
 #include "launcher/console.h"
 #include "launcher/daemon.h"
-#include "launcher/settings.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {
 namespace {
 
-int refuse(int code, const char* problem) {
-    outMessage(code, "Password file (%s) %s\n", settings.passwordFile, problem);
+int refuse(int code, const char* file, const char* problem) {
+    outMessage(code, "Password file (%s) %s\n", file, problem);
     return kPasswordRefused;
 }
 
@@ -33,13 +32,14 @@ const char* unsafe(int fd) {
 
 }  // namespace
 
-int read_password_file() {
-    if (!settings.passwordFile || !settings.user[0] || settings.password[0]) return 0;
-    int fd = open(settings.passwordFile, O_RDONLY | O_CLOEXEC | O_NOCTTY);
-    if (fd == -1) return refuse(errno, "cannot be opened");
+int read_password_file(LaunchSettings& launch) {
+    const char* file = launch.passwordFile;
+    if (!file || !launch.user[0] || launch.password[0]) return 0;
+    int fd = open(file, O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    if (fd == -1) return refuse(errno, file, "cannot be opened");
     if (const char* problem = unsafe(fd)) {
         close(fd);
-        return refuse(0, problem);
+        return refuse(0, file, problem);
     }
     char text[kIdentityFieldSize + 1];
     ssize_t length = read(fd, text, sizeof text);
@@ -47,13 +47,13 @@ int read_password_file() {
     std::string_view line(text, length > 0 ? static_cast<std::size_t>(length) : 0);
     line = line.substr(0, line.find('\n'));
     if (line.ends_with('\r')) line.remove_suffix(1);
-    bool fits = !line.empty() && bounded_copy(settings.password, kIdentityFieldSize, line);
+    bool fits = !line.empty() && bounded_copy(launch.password, line);
     explicit_bzero(text, sizeof text);
     if (!fits) {
-        explicit_bzero(settings.password, kIdentityFieldSize);
-        return refuse(0, line.empty() ? "holds no password" : "holds a password too long");
+        explicit_bzero(launch.password, kIdentityFieldSize);
+        return refuse(0, file, line.empty() ? "holds no password" : "holds a password too long");
     }
-    trace("Password taken from (%s)\n", settings.passwordFile);
+    trace("Password taken from (%s)\n", file);
     return 0;
 }
 

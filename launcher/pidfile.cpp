@@ -5,13 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
+#include <memory>
 #include <string_view>
 
 #include "launcher/console.h"
-#include "launcher/settings.h"
+#include "launcher/environment.h"
 #include "util/safe_open.h"
 
 namespace qorvel {
@@ -21,33 +22,72 @@ namespace {
 // Every step works inside `dir`, the directory as prepare_pidfile found it,
 // so a link planted later on the way to it cannot move the file.
 struct PendingPidfile {
+    std::string path;  // the pid file as --pidfile named it, made absolute
     int dir = -1;
+    std::string directory;  // the path of dir as given, with its trailing '/'
     std::string name;       // the pid file's own name within dir
     std::string temporary;  // the temporary's name within dir; empty when nothing was prepared
     int fd = -1;
     bool committed = false;
 } pending;
 
-int failed(int code, const char* step) {
-    if (verbose()) outMessage(code, "Unable to %s pid file (%s)\n", step, settings.pidfile);
+int failed(int code, const char* step, const std::string& file) {
+    if (verbose()) outMessage(code, "Unable to %s pid file (%s)\n", step, file.c_str());
     return code;
+}
+
+int open_directory(const std::string& file) {
+    pending.path = file;
+    std::string_view path = pending.path;
+    std::size_t slash = path.rfind('/');
+    std::size_t name_start = slash == std::string_view::npos ? 0 : slash + 1;
+    pending.directory = path.substr(0, name_start);
+    pending.name = path.substr(name_start);
+    const char* directory = pending.directory.empty() ? "." : pending.directory.c_str();
+    pending.dir = open_guarded(directory, O_RDONLY | O_DIRECTORY, 0);
+    return pending.dir == -1 ? errno : 0;
+}
+
+// The id on the first line of `name`, or 0 when there is none to be read.
+pid_t pid_in(const std::string& name) {
+    int fd = openat(pending.dir, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd == -1) return 0;
+    char text[24];
+    ssize_t length = read(fd, text, sizeof text);
+    close(fd);
+    if (length <= 0) return 0;
+    const char* end = text + length;
+    pid_t pid = 0;
+    auto [stop, error] = std::from_chars(text, end, pid);
+    bool whole = error == std::errc() && (stop == end || *stop == '\n');
+    return whole && pid > 0 ? pid : 0;
+}
+
+// Another process the pid file names and that still runs, or 0 for a stale
+// file (our own id can only be a reused one).
+pid_t running_owner() {
+    pid_t pid = pid_in(pending.name);
+    return pid != 0 && pid != getpid() ? query_PID(pid) : 0;
+}
+
+int already_running(pid_t owner, const std::string& file) {
+    if (verbose()) {
+        outMessage(0, "Pid file (%s): already running (pid %d)\n", file.c_str(),
+                   static_cast<int>(owner));
+    }
+    return kAlreadyRunning;
 }
 
 // mkostemp cannot follow a link or reuse a file, and the rename that publishes
 // the file replaces a link instead of following it: only the directory part of
 // the path needs the guarded walk. The temporary is checked to have been made
 // in the directory that walk opened.
-int make_temporary(std::string_view path, std::size_t name_start) {
-    std::string directory(path.substr(0, name_start));
-    pending.dir =
-        open_guarded(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY, 0);
-    if (pending.dir == -1) return errno;
-    pending.name = path.substr(name_start);
-    std::string temporary = directory + "." + pending.name + ".XXXXXX";
+int make_temporary() {
+    std::string temporary = pending.directory + "." + pending.name + ".XXXXXX";
     int fd = mkostemp(temporary.data(), O_CLOEXEC);
     if (fd == -1) return errno;
     pending.fd = fd;
-    pending.temporary = temporary.substr(name_start);
+    pending.temporary = temporary.substr(pending.directory.size());
     struct stat made, found;
     if (fstat(fd, &made) != 0 ||
         fstatat(pending.dir, pending.temporary.c_str(), &found, AT_SYMLINK_NOFOLLOW) != 0 ||
@@ -59,17 +99,42 @@ int make_temporary(std::string_view path, std::size_t name_start) {
     return fchmod(fd, 0644) == 0 ? 0 : errno;
 }
 
+void remove_if_naming(pid_t owner) {
+    if (pending.dir != -1 && pid_in(pending.name) == owner) {
+        unlinkat(pending.dir, pending.name.c_str(), 0);
+    }
+}
+
 }  // namespace
 
-int prepare_pidfile() {
-    if (!settings.pidfile) return 0;
+std::string absolute_pidfile(const char* name) {
+    if (name[0] == '/') return name;
+    std::unique_ptr<char, decltype(&std::free)> here(getcwd(nullptr, 0), &std::free);
+    return here ? std::string(here.get()) + "/" + name : name;
+}
+
+int prepare_pidfile(const std::string& file) {
+    if (file.empty()) return 0;
+    int code = open_directory(file);
+    if (pid_t owner = code == 0 ? running_owner() : 0) {
+        discard_pidfile();
+        return already_running(owner, file);
+    }
     // ".<name>.XXXXXX" in the same directory, so the rename that publishes it is atomic.
-    std::string_view path = settings.pidfile;
-    std::size_t slash = path.rfind('/');
-    int code = make_temporary(path, slash == std::string_view::npos ? 0 : slash + 1);
+    if (code == 0) code = make_temporary();
     if (code == 0) return 0;
     discard_pidfile();
-    return failed(code, "create");
+    return failed(code, "create", file);
+}
+
+int check_pidfile(const std::string& file) {
+    if (file.empty()) return 0;
+    int code = open_directory(file);
+    pid_t owner = code == 0 ? running_owner() : 0;
+    if (code == 0 && faccessat(pending.dir, ".", W_OK | X_OK, AT_EACCESS) != 0) code = errno;
+    discard_pidfile();
+    if (owner != 0) return already_running(owner, file);
+    return code == 0 ? 0 : failed(code, "create", file);
 }
 
 int commit_pidfile() {
@@ -87,25 +152,29 @@ int commit_pidfile() {
     if (code != 0) {
         unlinkat(pending.dir, pending.temporary.c_str(), 0);
         pending.temporary.clear();
-        return failed(code, "write");
+        return failed(code, "write", pending.path);
     }
     pending.committed = true;
-    trace("Wrote pid file (%s)\n", settings.pidfile);
+    trace("Wrote pid file (%s)\n", pending.path.c_str());
     return 0;
+}
+
+void leave_pidfile_to_child() {
+    if (pending.fd != -1) close(pending.fd);
+    pending.fd = -1;
 }
 
 void discard_pidfile() {
     if (pending.fd != -1) close(pending.fd);
-    if (!pending.temporary.empty()) {
-        const std::string& made = pending.committed ? pending.name : pending.temporary;
-        unlinkat(pending.dir, made.c_str(), 0);
+    if (pending.committed) {
+        remove_if_naming(getpid());
+    } else if (!pending.temporary.empty()) {
+        unlinkat(pending.dir, pending.temporary.c_str(), 0);
     }
     if (pending.dir != -1) close(pending.dir);
     pending = PendingPidfile{};
 }
 
-void remove_pidfile() {
-    if (pending.dir != -1) unlinkat(pending.dir, pending.name.c_str(), 0);
-}
+void remove_pidfile(pid_t child) { remove_if_naming(child); }
 
 }  // namespace qorvel

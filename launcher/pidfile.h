@@ -1,23 +1,44 @@
-// --pidfile: the id of the process that becomes the JVM, written atomically.
+// --pidfile: the id of the process that becomes the JVM, written atomically,
+// one running instance per file.
 #pragma once
+
+#include <sys/types.h>
+
+#include <string>
 
 namespace qorvel {
 
-// Creates a temporary file (mode 0644) beside settings.pidfile, so a file that
-// cannot be written fails the launch before anything starts. Returns 0 (also
-// without --pidfile) or the errno, reported.
-int prepare_pidfile();
+inline constexpr int kAlreadyRunning = 17;  // EEXIST
+
+// `name` made absolute against the current directory (as given when that
+// cannot be read), so every later step means the same file.
+std::string absolute_pidfile(const char* name);
+
+// Refuses with kAlreadyRunning when `file` (absolute; empty without
+// --pidfile) names a process that still runs; otherwise creates a temporary
+// file (mode 0644) beside it, so a file that cannot be written fails the
+// launch before anything starts. Returns 0 or the code, reported.
+int prepare_pidfile(const std::string& file);
+
+// The refusals of prepare_pidfile without creating anything: for --dry-run.
+int check_pidfile(const std::string& file);
 
 // In the process that becomes the JVM: writes its id into the temporary file
-// and renames it to settings.pidfile. Later calls do nothing. Returns 0 or
-// the errno, reported.
+// and renames it to the pid file, replacing a stale one. Later calls do
+// nothing. Returns 0 or the errno, reported.
 int commit_pidfile();
 
+// The parent of the daemon child: the child writes the file, so the parent
+// keeps no descriptor on it.
+void leave_pidfile_to_child();
+
 // Removes what this process made of the pid file: the temporary file, or the
-// pid file once committed. For a launch that failed after prepare_pidfile.
+// pid file once committed while it still names us. For a launch that failed
+// after prepare_pidfile.
 void discard_pidfile();
 
-// The waiting parent: removes the pid file once the child has ended.
-void remove_pidfile();
+// The waiting parent, once the child has ended: removes the pid file while it
+// still names that child, never a file another instance has taken over since.
+void remove_pidfile(pid_t child);
 
 }  // namespace qorvel

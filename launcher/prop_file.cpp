@@ -51,8 +51,8 @@ bool parse_argument(std::string_view arg, PropArgument& parsed) {
 }
 
 bool allocate(HeapText& setting, std::size_t size) {
-    if (!setting) setting.reset(new (std::nothrow) char[size]);
-    if (setting) setting[0] = '\0';  // earlier values are replaced, not merged
+    setting.reset(new (std::nothrow) char[size]);
+    if (setting) setting[0] = '\0';
     return setting != nullptr;
 }
 
@@ -80,51 +80,53 @@ bool all_whole(std::span<const PropertyRequest> requests, const PropArgument& pa
 
 }  // namespace
 
-int processPropFile(const char* arg) {
+PropFileResult processPropFile(const char* arg, const char* osname) {
+    PropFileResult result;
+    JvmSettings& values = result.values;
     PropArgument parsed;
     if (!parse_argument(arg, parsed)) {
         report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
-        return kPropFileFailed;
+        return {kPropFileFailed, {}};
     }
     trace("Processing -a option, propFile = (%s) section = (%s)\n", parsed.path, parsed.section);
 
-    bool allocated = allocate(settings.classpath, kPropClasspathSize);
-    allocated &= allocate(settings.jvmargs, kPropJvmargsSize);
-    allocated &= allocate(settings.policyfile, kPropPolicyfileSize);
+    bool allocated = allocate(values.classpath, kPropClasspathSize);
+    allocated &= allocate(values.jvmargs, kPropJvmargsSize);
+    allocated &= allocate(values.policyfile, kPropPolicyfileSize);
     if (!allocated) {
         report("Unable to allocate memory while processing -a (%s)\n", arg);
-        return kPropNoMemory;
+        return {kPropNoMemory, {}};
     }
 
     // "Common" is read first, then "Common.<os>" overrides it.
     char section[kPartSize];
     bounded_copy(section, parsed.section);
-    if (settings.osname[0] != '\0' &&
-        !bounded_format(section, sizeof section, "%s.%s", parsed.section, settings.osname)) {
+    if (osname[0] != '\0' &&
+        !bounded_format(section, sizeof section, "%s.%s", parsed.section, osname)) {
         report("Unable to set -a <property file> option, error in argument: (%s)\n", arg);
-        return kPropFileFailed;
+        return {kPropFileFailed, {}};
     }
     PropertyRequest requests[] = {
-        {"classpath", settings.classpath.get(), kPropClasspathSize},
-        {"jvmargs", settings.jvmargs.get(), kPropJvmargsSize},
-        {"policyfile", settings.policyfile.get(), kPropPolicyfileSize},
+        {"classpath", values.classpath.get(), kPropClasspathSize},
+        {"jvmargs", values.jvmargs.get(), kPropJvmargsSize},
+        {"policyfile", values.policyfile.get(), kPropPolicyfileSize},
     };
     int levels = 0;
     if (read_properties(1, parsed.path, section, requests, &levels) != 0) {
         report("Unable to read properties from section (%s) in file (%s)\n", parsed.section,
                parsed.path);
-        return kPropFileFailed;
+        return {kPropFileFailed, {}};
     }
     if (levels == 0) {  // most likely a misspelt section: the JVM would start without settings
         report("Warning: section (%s) is not in file (%s)\n", parsed.section, parsed.path);
     }
-    if (!all_whole(requests, parsed)) return EINVAL;
-    char* classpath = settings.classpath.get();
+    if (!all_whole(requests, parsed)) return {EINVAL, {}};
+    char* classpath = values.classpath.get();
     std::replace(classpath, classpath + std::strlen(classpath), ',', ':');
-    keep_if_set(settings.classpath, "classpath");
-    keep_if_set(settings.jvmargs, "jvmargs");
-    keep_if_set(settings.policyfile, "policyfile");
-    return 0;
+    keep_if_set(values.classpath, "classpath");
+    keep_if_set(values.jvmargs, "jvmargs");
+    keep_if_set(values.policyfile, "policyfile");
+    return result;
 }
 
 }  // namespace qorvel

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 
+#include "launcher/settings.h"
+
 namespace qorvel {
 
 inline constexpr int kPropNoMemory = -14;
@@ -14,12 +16,15 @@ inline constexpr std::size_t kPropClasspathSize = 4096;
 inline constexpr std::size_t kPropJvmargsSize = 2048;
 inline constexpr std::size_t kPropPolicyfileSize = 2048;
 
+struct PropFileResult {
+    int code = 0;  // 0, kPropNoMemory, kPropFileFailed, or EINVAL when a value did not fit
+    JvmSettings values;
+};
+
 // Reads `classpath`, `jvmargs` and `policyfile` for "file::section" (either
 // part may be empty: "JavaTools.properties" and "Common" stand in) from the
-// section and its parents, then from its child named after the operating
-// system, into the launch settings. A value found nowhere leaves its setting
-// none. Returns 0, kPropNoMemory, kPropFileFailed, or EINVAL when a value
-// did not fit on its way.
-int processPropFile(const char* arg);
+// section and its parents, then from its child named `osname` (when not
+// empty). A value found nowhere is none.
+PropFileResult processPropFile(const char* arg, const char* osname);
 
 }  // namespace qorvel

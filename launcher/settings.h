@@ -1,18 +1,12 @@
-// The launch settings: process-wide state written once by the option scan and
-// read by every later step of the launch. Nothing resets them during a run.
+// What one launch is to do: a value made by main, filled by the option scan and
+// passed down to each step of the launch. Each field names who writes it.
 #pragma once
 
-#include <cstdint>
-#include <cstdio>
+#include <cstddef>
 #include <memory>
+#include <string>
 
 namespace qorvel {
-
-// Bits of fOption. A bad option sets the whole word to -1.
-inline constexpr std::int64_t DAEMON_START = 1;
-inline constexpr std::int64_t SUSPEND_AFTER_START = 2;
-inline constexpr std::int64_t SILENT_MODE = 8;
-inline constexpr std::int64_t VERBOSE_MODE = 16;
 
 inline constexpr int OFLAGS_CREATE = 66;    // O_RDWR | O_CREAT; never O_TRUNC
 inline constexpr int OFLAGS_APPEND = 1090;  // O_RDWR | O_CREAT | O_APPEND
@@ -23,33 +17,29 @@ inline constexpr std::size_t kPathFieldSize = 255;
 
 using HeapText = std::unique_ptr<char[]>;
 
-struct LaunchSettings {
-    std::int64_t fOption = VERBOSE_MODE;
-    int fDebug = 0;             // set by the "-g" pre-scan
-    FILE* LoggerLog = nullptr;  // the debug log, open while fDebug is set
-    char osname[kPathFieldSize] = "";
-    char outputDesc[kPathFieldSize] = "stderr";  // console destination
-    int umask_value = -1;  // -r for the daemon child; -1 keeps the inherited mask
-    HeapText file_stdin, file_stdout, file_stderr;
-    int oflags_stdout = OFLAGS_CREATE;
-    int oflags_stderr = OFLAGS_CREATE;
-    int open_mode = 0100664;
-    int stdin_fd = -1, stdout_fd = -1, stderr_fd = -1;
-    HeapText classpath, jvmargs, policyfile;  // taken from a properties file
-    char user[kIdentityFieldSize] = "";
-    char group[kIdentityFieldSize] = "";
-    char password[kIdentityFieldSize] = "";
-    char workDir[kPathFieldSize] = "";
-    // Long options; the texts point into argv.
-    const char* pidfile = nullptr;       // --pidfile=FILE
-    const char* passwordFile = nullptr;  // --password-file=FILE
-    bool dryRun = false;                 // --dry-run
-    bool noPasswordCheck = false;        // --no-password-check (superuser only)
+// What -a and -x read from a properties section; none where no level sets it.
+// create_argv consumes them into the JVM's arguments.
+struct JvmSettings {
+    HeapText classpath, jvmargs, policyfile;
 };
 
-// Written by main and the option scan; read by the launch steps.
-extern LaunchSettings settings;
-
-inline bool verbose() { return (settings.fOption & VERBOSE_MODE) != 0; }
+struct LaunchSettings {
+    char osname[kPathFieldSize] = "";  // main: the system's name, empty when unknown
+    bool daemon = false;               // -d
+    bool suspend = false;              // -s
+    int umask_value = -1;              // -r for the daemon child; -1 keeps the inherited mask
+    HeapText file_stdin, file_stdout, file_stderr;  // -0, -1, -2, expanded
+    int oflags_stdout = OFLAGS_CREATE;              // -1
+    int oflags_stderr = OFLAGS_CREATE;              // -2
+    JvmSettings jvm;                                // -a, -x
+    char user[kIdentityFieldSize] = "";             // -u
+    char group[kIdentityFieldSize] = "";            // -u
+    char password[kIdentityFieldSize] = "";  // -u or the password file; wiped by the daemon start
+    char workDir[kPathFieldSize] = "";       // -w, expanded
+    std::string pidfile;                     // --pidfile, absolute; empty without
+    const char* passwordFile = nullptr;      // --password-file, pointing into argv
+    bool dryRun = false;                     // --dry-run
+    bool noPasswordCheck = false;            // --no-password-check (superuser only)
+};
 
 }  // namespace qorvel

@@ -51,7 +51,7 @@ stdout_through_link|ln -s $victims/file out.txt||-1 out.txt|13|Error opening std
 stderr_into_foreign_file|install -m 666 /dev/null err.txt||-2 err.txt::append|13|Error opening stderr redirection file: (err.txt), error 13
 stdin_through_link|ln -s $victims/file in.txt||-0 in.txt|13|Error opening stdin redirection file: (in.txt), error 13
 output_through_linked_directory|ln -s $victims sub||-1 sub/file|13|Error opening stdout redirection file: (sub/file), error 13
-pid_file_through_linked_directory|ln -s $victims sub||--pidfile=sub/file|13|Unable to create pid file (sub/file)
+pid_file_through_linked_directory|ln -s $victims sub||--pidfile=sub/file|13|Unable to create pid file ($work/sub/file)
 CASES
 }
 

@@ -1,7 +1,0 @@
-#include "launcher/settings.h"
-
-namespace qorvel {
-
-LaunchSettings settings;
-
-}  // namespace qorvel
