@@ -33,12 +33,13 @@ run: deps
 install: deps
 	cmake -S . -B $(RELEASE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=ON \
 		-DCMAKE_INSTALL_PREFIX=$(PREFIX)
-	cmake --build $(RELEASE) --target qorvel_exe qorvel qorvel_static
+	cmake --build $(RELEASE) --target installed_files
 	DESTDIR=$(DESTDIR) cmake --install $(RELEASE)
 
-# A Debian package of the same files under /usr, left in build/package.
+# The Debian packages qorvel, libqorvel0 and libqorvel-dev of the same files
+# under /usr, left in build/package; built with debug information, stripped.
 package: deps
-	cmake -S . -B $(PACKAGE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
+	cmake -S . -B $(PACKAGE) $(CMAKE_GEN) -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBUILD_TESTING=OFF \
 		-DCMAKE_INSTALL_PREFIX=/usr
 	cmake --build $(PACKAGE)
 	cd $(PACKAGE) && cpack -G DEB

@@ -84,7 +84,7 @@ int makeConnIDInfo(const char* text, CONNIDINFO* info) {
 // cipher text is refused whole rather than deciphered in part.
 long decryptAndFillConnIDInfo(const char* cipher, CONNIDINFO* info) {
     if (!info) return 0;
-    constexpr std::size_t kMaxDigits = 2 * (CONNID_TEXT_SIZE - 1);
+    constexpr std::size_t kMaxDigits = std::size_t{2} * (CONNID_TEXT_SIZE - 1);
     long n = 0;
     // connId itself may hold the cipher text: it is deciphered in place.
     if (cipher && std::strlen(cipher) <= kMaxDigits) {

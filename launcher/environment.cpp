@@ -36,6 +36,9 @@ int prefix_path() {
         report(
             "Unabled to get JREHOME environment variable. This is required for proper "
             "operation\n");
+        report(
+            "Hint: JREHOME names the Java runtime's directory, the one holding bin/java; "
+            "with PATH unset neither JREHOME nor VTX is needed\n");
         return kNoJreHome;
     }
     if (!bounded_format(env_jre, sizeof env_jre, "%s%c%s", jre, '/', "bin")) {
@@ -46,6 +49,9 @@ int prefix_path() {
         report(
             "Unabled to get VTX environment variable. This is required for proper "
             "operation\n");
+        report(
+            "Hint: VTX names the installation's directory, the one holding bin, lib and "
+            "properties; with PATH unset neither JREHOME nor VTX is needed\n");
         return kNoVtx;
     }
     if (!bounded_format(env_vtx, sizeof env_vtx, "%s%c%s%c%s%c%s", vtx, '/', "bin", ':', vtx, '/',

@@ -155,7 +155,9 @@ Credentials credentials_after(const char* user, const Identity& identity) {
         // A group switch alone leaves the supplementary groups as they are.
         count = getgroups(0, nullptr);
         result.groups.resize(static_cast<std::size_t>(count > 0 ? count : 0));
-        if (count > 0) getgroups(count, result.groups.data());
+        // The list may have shrunk between the two calls: keep what was read.
+        if (count > 0) count = getgroups(count, result.groups.data());
+        result.groups.resize(static_cast<std::size_t>(count > 0 ? count : 0));
     }
     return result;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <span>
@@ -78,6 +79,23 @@ bool all_whole(std::span<const PropertyRequest> requests, const PropArgument& pa
     return true;
 }
 
+// Why a properties file could not be read, in one line: a name that is no
+// file here is also looked for under $VTX/properties.
+void explain_read_failure(long rc, const char* file) {
+    const char* vtx = std::getenv("VTX");
+    if (rc == ENOENT && !vtx) {
+        report("Hint: no file (%s) here, and VTX is unset, so $VTX/properties was not searched\n",
+               file);
+    } else if (rc == ENOENT) {
+        report("Hint: no file (%s) here, nor in %s/properties\n", file, vtx);
+    } else if (rc == CFG_BAD_VALUE) {
+        report("Hint: a value's substitution could not complete\n");
+    } else {
+        report("Hint: the file (%s) cannot be read: %s\n", file,
+               std::strerror(static_cast<int>(rc)));
+    }
+}
+
 }  // namespace
 
 PropFileResult processPropFile(const char* arg, const char* osname) {
@@ -112,9 +130,10 @@ PropFileResult processPropFile(const char* arg, const char* osname) {
         {"policyfile", values.policyfile.get(), kPropPolicyfileSize},
     };
     int levels = 0;
-    if (read_properties(1, parsed.path, section, requests, &levels) != 0) {
+    if (long rc = read_properties(1, parsed.path, section, requests, &levels); rc != 0) {
         report("Unable to read properties from section (%s) in file (%s)\n", parsed.section,
                parsed.path);
+        explain_read_failure(rc, parsed.path);
         return {kPropFileFailed, {}};
     }
     if (levels == 0) {  // most likely a misspelt section: the JVM would start without settings

@@ -43,9 +43,10 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   ! grep -q '^env=PATH=' <<<"$output" || false
   # With it, a missing or overlong one ends the run before anything starts.
   run --separate-stderr env -u JREHOME "$QORVEL" "$FAKE_JVM"
-  [ "$status:$stderr" = "247:Unabled to get JREHOME environment variable. This is required for proper operation" ]
+  [ "$status:$stderr" = "247:Unabled to get JREHOME environment variable. This is required for proper operation
+Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with PATH unset neither JREHOME nor VTX is needed" ]
   run --separate-stderr env -u VTX "$QORVEL" -d "$FAKE_JVM"
-  [ "$status:$stderr" = "246:Unabled to get VTX environment variable. This is required for proper operation" ]
+  [ "$status:$(sed -n 1p <<<"$stderr")" = "246:Unabled to get VTX environment variable. This is required for proper operation" ]
   run --separate-stderr env JREHOME="/$(head -c 1100 /dev/zero | tr '\0' j)" "$QORVEL" "$FAKE_JVM"
   [ "$status:$stderr" = "247:Unable to add JAVA and VTX directories to PATH: JREHOME is too long" ]
   [ "$output" = "" ]

@@ -57,12 +57,18 @@ classpath() { sed -n 's/^env=CLASSPATH=//p' <<<"$output"; }
 }
 
 @test "a missing file ends -a with 241 and -x with 254; an unexpandable file part names -a" {
-  run --separate-stderr "$QORVEL" -a missing.properties "$FAKE_JVM"
-  [ "$status:$stderr" = "241:Unable to read properties from section (Common) in file (missing.properties)" ]
+  while IFS='|' read -r vtx hint; do
+    if [ -n "$vtx" ]; then where=(VTX="$vtx"); else where=(-u VTX); fi
+    run --separate-stderr env "${where[@]}" "$QORVEL" -a missing.properties "$FAKE_JVM"
+    [ "$status:$stderr" = "241:Unable to read properties from section (Common) in file (missing.properties)
+Hint: $hint" ] || { echo "$vtx: $stderr"; false; }
+  done <<'CASES'
+/opt/app|no file (missing.properties) here, nor in /opt/app/properties
+|no file (missing.properties) here, and VTX is unset, so $VTX/properties was not searched
+CASES
   run --separate-stderr "$QORVEL" -x 'missing.properties::Tools' "$FAKE_JVM"
   [ "$status" -eq 254 ]
-  [ "$stderr" = "Unable to read properties from section (Tools) in file (missing.properties)
-Unable to set -x option, error in argument: (missing.properties::Tools)" ]
+  [ "$(sed -n 3p <<<"$stderr")" = "Unable to set -x option, error in argument: (missing.properties::Tools)" ]
   run --separate-stderr "$QORVEL" -a '$QV_UNSET/p::Tools' "$FAKE_JVM"
   [ "$status:$stderr" = "241:Unable to set -a <property file> option, error in argument: (\$QV_UNSET/p::Tools)" ]
 }
