@@ -18,10 +18,6 @@ namespace {
 
 constexpr std::size_t kLineSize = 2048;
 
-bool same_nocase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
 // What the section search compares: the first word of a line that is neither
 // empty nor a comment, when it opens with "[".
 std::string_view header_word(const char* line) {
@@ -66,27 +62,24 @@ int Cursor::refill() {
     return EOF;
 }
 
-// Only lines whose every character the rules would merely pass over: shorter
-// than the limit (so never cut), not ending in "," (so never joined), and not
-// opening with "[" or a white-space character a header word may follow. The
-// fuzz target's corpus, replayed in the tests, holds it to the rules.
-void Cursor::skip_plain_lines(int limit) {
-    const std::size_t full = static_cast<std::size_t>(limit - 1);
-    while (at_ < end_) {
-        const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
-        if (eol == nullptr || static_cast<std::size_t>(eol - at_) >= full) return;
-        const char* first = at_;
-        while (first < eol && cfg::is_blank(*first)) ++first;
-        if (first < eol && (*first == '[' || cfg::is_space(*first))) return;
-        const char* last = eol;
-        while (last > first && cfg::is_blank(last[-1])) --last;
-        if (last > first && last[-1] == ',') return;
-        pos_ += static_cast<std::size_t>(eol + 1 - at_);
-        at_ = eol + 1;
-    }
-}
-
 namespace {
+
+// The physical line at `at` when the rules read it as it stands: shorter
+// than the limit (so never cut) and not ending in "," (so never joined).
+// `first` and `last` bound it without its leading and trailing blanks.
+struct PlainLine {
+    const char *first, *last, *eol;
+};
+
+bool plain_line(const char* at, const char* end, int limit, PlainLine& line) {
+    line.eol = static_cast<const char*>(std::memchr(at, '\n', static_cast<std::size_t>(end - at)));
+    if (line.eol == nullptr || line.eol - at >= limit - 1) return false;
+    line.first = at;
+    while (line.first < line.eol && cfg::is_blank(*line.first)) ++line.first;
+    line.last = line.eol;
+    while (line.last > line.first && cfg::is_blank(line.last[-1])) --line.last;
+    return !(line.last > line.first && line.last[-1] == ',');
+}
 
 // Whether the physical line before the one starting at `line` (blank and
 // empty lines passed over, as they only carry a join on) may end in a join.
@@ -97,6 +90,18 @@ bool joined_before(const char* begin, const char* line) {
 }
 
 }  // namespace
+
+// Only lines whose every character the rules would merely pass over: plain,
+// and not opening with "[" or a white-space character a header word may
+// follow. The fuzz target's corpus, replayed in the tests, holds it to the rules.
+void Cursor::skip_plain_lines(int limit) {
+    PlainLine line;
+    while (at_ < end_ && plain_line(at_, end_, limit, line)) {
+        if (line.first < line.eol && (*line.first == '[' || cfg::is_space(*line.first))) return;
+        pos_ += static_cast<std::size_t>(line.eol + 1 - at_);
+        at_ = line.eol + 1;
+    }
+}
 
 void Cursor::skip_to_candidate(int limit) {
     if (!file_.whole_) return;
@@ -132,24 +137,15 @@ void Cursor::skip_to_candidate(int limit) {
 }
 
 bool Cursor::plain_header(int limit, std::string_view& word) {
-    if (at_ == end_) return false;  // nothing read yet, or the end
-    const char* eol = static_cast<const char*>(std::memchr(at_, '\n', end_ - at_));
-    if (eol == nullptr ||
-        static_cast<std::size_t>(eol - at_) >= static_cast<std::size_t>(limit - 1)) {
-        return false;
-    }
-    const char* first = at_;
-    while (first < eol && cfg::is_blank(*first)) ++first;
-    if (first == eol || *first != '[') return false;
-    const char* last = eol;
-    while (last > first && cfg::is_blank(last[-1])) --last;
-    if (last[-1] == ',') return false;
-    const char* end = first;
-    while (end < last && !cfg::is_space(*end) && *end != '\0' && *end != '\\') ++end;
-    if (end < last && *end == '\\') return false;
-    word = std::string_view(first, static_cast<std::size_t>(end - first));
-    pos_ += static_cast<std::size_t>(eol + 1 - at_);
-    at_ = eol + 1;
+    PlainLine line;
+    if (at_ == end_ || !plain_line(at_, end_, limit, line)) return false;  // nothing read yet
+    if (line.first == line.eol || *line.first != '[') return false;
+    const char* end = line.first;
+    while (end < line.last && !cfg::is_space(*end) && *end != '\0' && *end != '\\') ++end;
+    if (end < line.last && *end == '\\') return false;
+    word = std::string_view(line.first, static_cast<std::size_t>(end - line.first));
+    pos_ += static_cast<std::size_t>(line.eol + 1 - at_);
+    at_ = line.eol + 1;
     return true;
 }
 
@@ -162,7 +158,7 @@ File::~File() {
     if (owns_fd_ && fd_ != -1) close(fd_);
 }
 
-long File::open_regular(const char* path, int& fd) {
+long File::open_regular(const char* path, int& fd, std::size_t* size) {
     // Non-blocking, so a FIFO is refused instead of waited on; a regular
     // file reads the same either way.
     fd = ::open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC);
@@ -175,21 +171,21 @@ long File::open_regular(const char* path, int& fd) {
     if (rc != 0) {
         close(fd);
         fd = -1;
+    } else if (size) {
+        *size = static_cast<std::size_t>(info.st_size);
     }
     return rc;
 }
 
 long File::open(const std::string& path, std::unique_ptr<File>& file) {
     int fd;
-    if (long rc = open_regular(path.c_str(), fd); rc != 0) return rc;
+    std::size_t size = 0;
+    if (long rc = open_regular(path.c_str(), fd, &size); rc != 0) return rc;
     file.reset(new (std::nothrow) File(fd, path));
     if (!file) {
         close(fd);
         return ENOMEM;
     }
-    struct stat info;
-    if (fstat(fd, &info) != 0) return errno;
-    auto size = static_cast<std::size_t>(info.st_size);
     return size <= kWholeReadMax && !file->read_whole(size) ? ENOMEM : 0;
 }
 
@@ -222,7 +218,7 @@ std::string_view File::bytes_at(std::size_t offset, char* chunk) const {
 
 std::size_t File::find_section(std::string_view header) {
     for (const Header& seen : headers_) {
-        if (same_nocase(seen.word, header)) return stop_ = seen.after;
+        if (cfg::equals_nocase(seen.word, header)) return stop_ = seen.after;
     }
     if (!searched_all_) {
         Cursor in(*this, searched_to_);
@@ -238,7 +234,7 @@ std::size_t File::find_section(std::string_view header) {
                 word = owned_words_.emplace_back(word);
             }
             headers_.push_back({word, in.position()});
-            if (same_nocase(word, header)) return stop_ = searched_to_ = in.position();
+            if (cfg::equals_nocase(word, header)) return stop_ = searched_to_ = in.position();
         }
         searched_all_ = true;
         searched_to_ = in.position();
@@ -254,7 +250,7 @@ bool File::scan_for(Cursor& in, const char* key, Entry& entry) {
     while (cfg::read_logical_line(line, cfg::kLookupLimit, in) == 0 && line[0] != '[') {
         if (line[0] == '\0' || line[0] == '#') continue;
         auto [keyword, value] = cfg::split_keyword(line);
-        if (!same_nocase(keyword, key)) continue;
+        if (!cfg::equals_nocase(keyword, key)) continue;
         entry.whole_cut = value.size() > kWholeValueMax;
         entry.whole = value.substr(0, kWholeValueMax);
         entry.word = cfg::first_word(value);

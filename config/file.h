@@ -71,8 +71,9 @@ class File {
     static constexpr std::size_t kWholeValueMax = 1023;
 
     // Opens `path` into `fd`, refusing without blocking what is not a regular
-    // file (EISDIR for a directory, EINVAL for anything else). 0 or an errno.
-    static long open_regular(const char* path, int& fd);
+    // file (EISDIR for a directory, EINVAL for anything else); its size goes
+    // into `size` when given. 0 or an errno.
+    static long open_regular(const char* path, int& fd, std::size_t* size = nullptr);
     // open_regular, then the whole file read when it is small enough.
     static long open(const std::string& path, std::unique_ptr<File>& file);
     // The file a caller's stream reads, through its descriptor; the stream

@@ -1,7 +1,6 @@
 // Value substitution: property references, environment references,
 // system-property removal and alternatives, each stage on the result of the
 // one before.
-#include <strings.h>
 
 #include <new>
 #include <string>
@@ -10,6 +9,7 @@
 
 #include "config/expand_envvars.h"
 #include "config/lookup.h"
+#include "config/text_split.h"
 #include "util/bounded_text.h"
 
 namespace qorvel::config {
@@ -25,10 +25,6 @@ constexpr std::size_t kReferenceMax = 1023;
 // few levels of references inside inserted values.
 constexpr int kMaxReferencePasses = 256;
 
-bool equals_nocase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
-}
-
 // The value of `ref` ("key" or "section.key") as it appears inside
 // "!{value-of:...}" while reading `key` in `section`; empty when absent.
 std::string resolve_reference(const Section& section, std::string_view key, std::string_view ref,
@@ -36,7 +32,7 @@ std::string resolve_reference(const Section& section, std::string_view key, std:
     char value[CFG_VALUE_SIZE] = "";
     std::size_t dot = ref.rfind('.');
     if (dot == std::string_view::npos) {
-        if (equals_nocase(ref, key)) return {};  // refers to itself
+        if (cfg::equals_nocase(ref, key)) return {};  // refers to itself
         std::string name(ref);
         long rc = lookup_value(section, name.c_str(), value, sizeof value, PROP_STRING, nullptr,
                                PROP_NO_DEFAULT_NUMBER, 0, cutAt);
@@ -46,7 +42,7 @@ std::string resolve_reference(const Section& section, std::string_view key, std:
     std::string name(dot + 1 < ref.size() ? ref.substr(dot + 1) : key);
     // An empty section name means the current one.
     std::string header = other_name.empty() ? section.header : "[" + other_name + "]";
-    if (equals_nocase(name, key) && header == section.header) return {};
+    if (cfg::equals_nocase(name, key) && header == section.header) return {};
 
     constexpr unsigned kWhole = PROP_STRING | PROP_WHOLE_LINE;
     long rc = CFG_NOT_FOUND;

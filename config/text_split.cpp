@@ -2,6 +2,8 @@
 // than its source text, which is why their C signatures carry no capacity.
 #include "config/text_split.h"
 
+#include <strings.h>
+
 #include <cstring>
 
 #include "qorvel/config.h"
@@ -25,6 +27,10 @@ void put(char* dst, std::string_view piece) {
 }
 
 }  // namespace
+
+bool equals_nocase(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
+}
 
 std::string_view skip_space(std::string_view text) {
     std::size_t i = 0;

@@ -10,6 +10,9 @@ constexpr bool is_space(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\f' || c == '\r';
 }
 
+// Keys and section headers are compared without regard to case.
+bool equals_nocase(std::string_view a, std::string_view b);
+
 // `text` without its leading white space.
 std::string_view skip_space(std::string_view text);
 
