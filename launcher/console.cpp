@@ -112,6 +112,11 @@ void report(const char* format, ...) {
     show(0, message);
 }
 
+int report_failure(int code, const char* format) {
+    if (verbose()) outMessage(code, format, code);
+    return code;
+}
+
 void trace(const char* format, ...) {
     if (!console.fDebug) return;
     std::va_list args;

@@ -30,6 +30,10 @@ void outMessage(int code, const char* format, ...) __attribute__((format(printf,
 // outMessage(0, ...) when verbose: progress and failure reports.
 void report(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
+// The failure of a system call, in verbose mode: `format` carries one %d for
+// `code`, and the system's text for it follows. Returns `code`.
+int report_failure(int code, const char* format);
+
 // One unstamped, flushed line in the debug log when debugging is on.
 void trace(const char* format, ...) __attribute__((format(printf, 1, 2)));
 

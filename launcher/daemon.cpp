@@ -22,11 +22,6 @@
 namespace qorvel {
 namespace {
 
-int fail(int code, const char* format) {
-    if (verbose()) outMessage(code, format, code);
-    return code;
-}
-
 // The daemon child's end of the start pipe (close-on-exec, so the exec closes
 // it); -1 elsewhere. Written by fork_daemon, used by tell_waiting_parent.
 int start_pipe = -1;
@@ -71,7 +66,7 @@ int wait_for(pid_t child) {
     int status = 0;
     while (waitpid(child, &status, 0) == -1) {
         if (errno == EINTR) continue;
-        return fail(errno, "can't wait for the child, errno = %d\n");
+        return report_failure(errno, "can't wait for the child, errno = %d\n");
     }
     int code = exit_code(status);
     trace("Process has exited, rc = %d, exit status = %d\n", status, code);
@@ -140,7 +135,7 @@ int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
     std::fflush(nullptr);  // nothing buffered may be written twice
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0)
-        return fail(errno, "can't create the start pipe, errno = %d\n");
+        return report_failure(errno, "can't create the start pipe, errno = %d\n");
     signal(SIGCHLD, SIG_DFL);
     sigset_t previous = block_forwarded();
     pid_t pid = fork();
@@ -149,7 +144,7 @@ int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
         sigprocmask(SIG_SETMASK, &previous, nullptr);
         close(ends[0]);
         close(ends[1]);
-        return fail(code, "can't fork first child, errno = %d\n");
+        return report_failure(code, "can't fork first child, errno = %d\n");
     }
     if (pid != 0) {
         close(ends[1]);

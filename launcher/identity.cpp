@@ -40,11 +40,6 @@ std::optional<uid_t> lookup_user(const char* name) {
     return entry->pw_uid;
 }
 
-int fail(int code, const char* format) {
-    if (verbose()) outMessage(code, format, code);
-    return code;
-}
-
 // What the switch needs of the target account, copied out of getpw*'s buffer.
 struct Account {
     std::string name, home;
@@ -63,9 +58,9 @@ bool find_account(const char* user, uid_t uid, Account& account) {
 
 // The user switch must be one way: afterwards the superuser cannot be regained.
 int switch_user(uid_t uid) {
-    if (setuid(uid) != 0) return fail(errno, "can't setuid, errno = %d\n");
+    if (setuid(uid) != 0) return report_failure(errno, "can't setuid, errno = %d\n");
     if (setuid(0) == 0 || getuid() != uid || geteuid() != uid) {
-        return fail(EPERM, "can't setuid, errno = %d\n");
+        return report_failure(EPERM, "can't setuid, errno = %d\n");
     }
     return 0;
 }
@@ -77,7 +72,7 @@ int take_account_environment(const Account& account) {
     for (const auto& [name, value] : variables) {
         if (set_by_env_line(name)) continue;
         if (setenv(name, value.c_str(), 1) != 0) {
-            return fail(errno, "can't set the account's environment, errno = %d\n");
+            return report_failure(errno, "can't set the account's environment, errno = %d\n");
         }
     }
     return 0;
@@ -88,7 +83,7 @@ int take_account_environment(const Account& account) {
 // until the exec.
 int seal_inherited_descriptors() {
     if (close_range(3, ~0U, CLOSE_RANGE_CLOEXEC) != 0) {
-        return fail(errno, "can't close inherited descriptors, errno = %d\n");
+        return report_failure(errno, "can't close inherited descriptors, errno = %d\n");
     }
     return 0;
 }
@@ -98,14 +93,15 @@ int seal_inherited_descriptors() {
 int become_account(const char* user, const char* group, const Identity& identity) {
     Account account;
     if (!find_account(user, identity.uid, account)) {
-        return fail(errno != 0 ? errno : ENOENT, "can't setgid, errno =%d\n");
+        return report_failure(errno != 0 ? errno : ENOENT, "can't setgid, errno =%d\n");
     }
     // Without a named group the account's own is taken, as su does: none of
     // the superuser's groups may survive the switch.
     gid_t gid = identity.gid != 0 ? identity.gid : account.gid;
-    if (initgroups(account.name.c_str(), gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
+    if (initgroups(account.name.c_str(), gid) != 0)
+        return report_failure(errno, "can't setgid, errno =%d\n");
     if (group[0] != '\0') trace("Exec in group (setgid) (%s)\n", group);
-    if (setgid(gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
+    if (setgid(gid) != 0) return report_failure(errno, "can't setgid, errno =%d\n");
     trace("Exec as user (setuid) (%s)\n", user);
     if (int rc = switch_user(identity.uid)) return rc;
     if (int rc = take_account_environment(account)) return rc;
@@ -136,7 +132,7 @@ int switch_identity(const char* user, const char* group, const Identity& identit
     // Without a user switch only the group changes, where the system permits it.
     if (identity.gid == 0) return 0;
     trace("Exec in group (setgid) (%s)\n", group);
-    if (setgid(identity.gid) != 0) return fail(errno, "can't setgid, errno =%d\n");
+    if (setgid(identity.gid) != 0) return report_failure(errno, "can't setgid, errno =%d\n");
     return 0;
 }
 
