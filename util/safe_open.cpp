@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -98,9 +99,8 @@ int open_last(const Descriptor& dir, const char* name, int flags, mode_t mode) {
     return file.release();
 }
 
-}  // namespace
-
-int open_guarded(const char* path, int flags, mode_t mode) {
+// open_guarded, which may run out of memory for the path's pieces.
+int resolve_and_open(const char* path, int flags, mode_t mode) {
     std::string rest = path != nullptr ? path : "";
     if (rest.empty()) return fail(ENOENT);
     Descriptor dir = start_of(rest);
@@ -123,6 +123,17 @@ int open_guarded(const char* path, int flags, mode_t mode) {
             openat(dir.get(), name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     }
     return -1;
+}
+
+}  // namespace
+
+// Its callers include the library's C functions: no exception may leave it.
+int open_guarded(const char* path, int flags, mode_t mode) {
+    try {
+        return resolve_and_open(path, flags, mode);
+    } catch (const std::bad_alloc&) {
+        return fail(ENOMEM);
+    }
 }
 
 int open_private(const char* path, int flags) {
