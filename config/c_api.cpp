@@ -41,6 +41,12 @@ extern "C" long find_NextSection(const char* prefix, char* outName, size_t outSi
                      [&] { return config::next_section_on(*handle, prefix, outName, outSize); });
 }
 
+extern "C" long find_NextHeader(char* outName, size_t outSize, CFGHANDLE* handle) {
+    if (!handle || !handle->fp) return CFG_NO_MORE_SECTIONS;
+    return or_on_oom(static_cast<long>(ENOMEM),
+                     [&] { return config::next_header_on(*handle, outName, outSize); });
+}
+
 extern "C" long getPropValue(const CFGHANDLE* handle, const char* key, void* out, size_t outSize,
                              unsigned int flags, const char* defaultText, long defaultNumber,
                              int substitute) {

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <new>
@@ -35,6 +36,13 @@ std::string_view header_name(const char* line) {
     if (start == std::string_view::npos) return {};
     name.remove_prefix(start);
     return name.substr(0, name.find(']'));
+}
+
+// Case folded as the comparison without case folds it.
+std::string fold_case(std::string_view text) {
+    std::string folded(text);
+    for (char& c : folded) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return folded;
 }
 
 }  // namespace
@@ -151,8 +159,17 @@ bool Cursor::plain_header(int limit, std::string_view& word) {
 
 File::File(int fd, std::string path) : fd_(fd), owns_fd_(true), path_(std::move(path)) {}
 
-File::File(std::FILE* stream, std::string_view path)
-    : fd_(stream ? fileno(stream) : -1), owns_fd_(false), path_(path) {}
+std::unique_ptr<File> File::over(std::FILE* stream, std::string_view path) {
+    std::unique_ptr<File> file(new File(fileno(stream), std::string(path)));
+    file->owns_fd_ = false;
+    struct stat info;
+    if (fstat(file->fd_, &info) == 0 && S_ISREG(info.st_mode) &&
+        static_cast<std::size_t>(info.st_size) <= kWholeReadMax &&
+        !file->read_whole(static_cast<std::size_t>(info.st_size))) {
+        throw std::bad_alloc();
+    }
+    return file;
+}
 
 File::~File() {
     if (owns_fd_ && fd_ != -1) close(fd_);
@@ -195,7 +212,7 @@ bool File::read_whole(std::size_t size) {
     if (!whole_) return false;
     std::size_t got = 0;
     while (got < size) {
-        ssize_t n = read(fd_, whole_.get() + got, size - got);
+        ssize_t n = pread(fd_, whole_.get() + got, size - got, static_cast<off_t>(got));
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) break;  // shrunk meanwhile, or unreadable: what was read is the file
         got += static_cast<std::size_t>(n);
@@ -217,9 +234,8 @@ std::string_view File::bytes_at(std::size_t offset, char* chunk) const {
 }
 
 std::size_t File::find_section(std::string_view header) {
-    for (const Header& seen : headers_) {
-        if (cfg::equals_nocase(seen.word, header)) return stop_ = seen.after;
-    }
+    std::string folded = fold_case(header);
+    if (auto seen = headers_.find(folded); seen != headers_.end()) return stop_ = seen->second;
     if (!searched_all_) {
         Cursor in(*this, searched_to_);
         char line[kLineSize];
@@ -231,10 +247,10 @@ std::size_t File::find_section(std::string_view header) {
                 if (cfg::read_logical_line(line, cfg::kSearchLimit, in) != 0) break;
                 word = header_word(line);
                 if (word.empty()) continue;
-                word = owned_words_.emplace_back(word);
             }
-            headers_.push_back({word, in.position()});
-            if (cfg::equals_nocase(word, header)) return stop_ = searched_to_ = in.position();
+            std::string key = fold_case(word);
+            headers_.try_emplace(key, in.position());  // the first of a name is the one found
+            if (key == folded) return stop_ = searched_to_ = in.position();
         }
         searched_all_ = true;
         searched_to_ = in.position();

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdio>
-#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -76,9 +75,10 @@ class File {
     static long open_regular(const char* path, int& fd, std::size_t* size = nullptr);
     // open_regular, then the whole file read when it is small enough.
     static long open(const std::string& path, std::unique_ptr<File>& file);
-    // The file a caller's stream reads, through its descriptor; the stream
-    // itself is neither read nor moved. `path` names it in messages.
-    File(std::FILE* stream, std::string_view path);
+    // The file a caller's stream reads, through its descriptor, read whole
+    // when small enough; the stream itself is neither read nor moved. `path`
+    // names it in messages.
+    static std::unique_ptr<File> over(std::FILE* stream, std::string_view path);
     ~File();
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -129,14 +129,10 @@ class File {
     std::unique_ptr<char[]> whole_;  // the file's bytes, when read whole
     std::size_t whole_size_ = 0;
     std::size_t stop_ = 0;
-    // Headers met so far in a search from the top, in file order: the first
-    // word (in the bytes read whole, or in owned_words_) and the offset after it.
-    struct Header {
-        std::string_view word;
-        std::size_t after;
-    };
-    std::vector<Header> headers_;
-    std::deque<std::string> owned_words_;  // words the rules had to put together
+    // Headers met so far in a search from the top: each first word, folded to
+    // lower case, with the offset after its first line, so that a file of many
+    // sections is searched once however many searches it serves.
+    std::unordered_map<std::string, std::size_t> headers_;
     std::size_t searched_to_ = 0;
     bool searched_all_ = false;
     std::unordered_map<std::size_t, Entries> entries_;

@@ -23,7 +23,7 @@ long open_stream(CFGHANDLE* handle) {
         close(fd);
         return code;
     }
-    open_streams::add(handle, handle->fp);
+    open_streams::add(handle, handle->fp, handle->fileName);
     return 0;
 }
 
@@ -69,22 +69,39 @@ bool position_on(CFGHANDLE& handle, const char* name) {
     return true;
 }
 
-// From the stream's position, as a caller reading the stream may have moved it.
-long next_section_on(CFGHANDLE& handle, const char* prefix, char* outName, std::size_t outSize) {
+namespace {
+
+// The next header from the stream's position (as a caller reading the stream
+// may have moved it) whose name begins with `prefix`: its whole name, and the
+// handle's sectionOffset after it. False at the end of the file.
+bool next_header(CFGHANDLE& handle, const char* prefix, std::string& name) {
     long at = std::ftell(handle.fp);
-    std::string name;
     std::size_t after = 0;
     Section section;
     bool found = read_handle(handle, section, [&](Section& s) {
         return s.file->next_section(at > 0 ? static_cast<std::size_t>(at) : 0, prefix ? prefix : "",
                                     name, after);
     });
-    if (!found) return CFG_NO_MORE_SECTIONS;
-    handle.sectionOffset = static_cast<long>(after);
+    if (found) handle.sectionOffset = static_cast<long>(after);
+    return found;
+}
+
+}  // namespace
+
+long next_section_on(CFGHANDLE& handle, const char* prefix, char* outName, std::size_t outSize) {
+    std::string name;
+    if (!next_header(handle, prefix, name)) return CFG_NO_MORE_SECTIONS;
     std::size_t dot = name.rfind('.');
     if (dot != std::string::npos) name.erase(0, dot + 1);
     if (outName && outSize > 0) bounded_copy(outName, outSize, name);
     return 0;
+}
+
+long next_header_on(CFGHANDLE& handle, char* outName, std::size_t outSize) {
+    std::string name;
+    if (!next_header(handle, "", name)) return CFG_NO_MORE_SECTIONS;
+    bool whole = outName && outSize > 0 && bounded_copy(outName, outSize, name);
+    return whole ? 0 : ERANGE;
 }
 
 }  // namespace qorvel::config

@@ -101,13 +101,22 @@ void enumerate_alike(CFGHANDLE& h, std::FILE* f) {
     plain.fp = f;
     std::fseek(h.fp, 0, SEEK_SET);
     std::fseek(f, 0, SEEK_SET);
-    char a[64], b[64];
+    char a[64], b[64], whole[2048];
     for (int i = 0; i < 64; ++i) {
+        long at = std::ftell(f);
         long ra = find_NextSection("", a, sizeof a, &h);
         long rb = find_NextSection("", b, sizeof b, &plain);
         if (ra != rb || std::ftell(h.fp) != std::ftell(f)) std::abort();
         if (ra != 0) break;
         if (std::strcmp(a, b) != 0 || h.sectionOffset != plain.sectionOffset) std::abort();
+        // The whole name ends in the last component find_NextSection gives (cut to fit).
+        std::fseek(plain.fp, at, SEEK_SET);
+        if (find_NextHeader(whole, sizeof whole, &plain) != 0) std::abort();
+        const char* last = std::strrchr(whole, '.');
+        if (std::strncmp(last ? last + 1 : whole, a, sizeof a - 1) != 0 ||
+            std::ftell(f) != std::ftell(h.fp)) {
+            std::abort();
+        }
     }
 }
 

@@ -104,7 +104,7 @@ void Checker::header(const LogicalLine& line) {
         return;
     }
     std::string_view word = text.substr(0, text.find_first_of(" \t\r"));
-    section_ = header_name(line.text);
+    section_ = file_.header_name(line.offset);
     if (word.back() != ']') {
         add(line.number, false, "a blank inside the header: only its first word is the header");
     } else if (text.find_first_not_of(" \t\r", word.size()) != std::string_view::npos) {

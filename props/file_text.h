@@ -1,7 +1,10 @@
-// A properties file as qorvel-props reads it: the logical lines every reader
-// of the library sees (through its own cfg_getline), each with the physical
-// line it starts on, and the raw bytes for the checks that need them.
+// A properties file as qorvel-props reads it: opened as the library opens it
+// and read once, its bytes, the logical lines every reader of the library
+// sees (through its own cfg_getline), each with the physical line it starts
+// on, and its headers as the library enumerates them.
 #pragma once
+
+#include <qorvel/config.h>
 
 #include <cstddef>
 #include <string>
@@ -15,27 +18,55 @@ struct LogicalLine {
     int number;        // physical line number, from 1
 };
 
+struct Header {
+    std::string name;  // as the library's enumeration reads it
+    int line;          // of the header's last physical line
+    long after;        // the offset after it
+    bool reachable;    // a search for `name` lands on this header
+};
+
 class FileText {
   public:
-    // False (with errno set) when the file cannot be read.
-    bool load(const std::string& path);
+    FileText() = default;
+    ~FileText();
+    FileText(const FileText&) = delete;
+    FileText& operator=(const FileText&) = delete;
 
-    const std::string& path() const { return path_; }
+    // Opens `path` as the launcher and the library's readers do (the file
+    // named, else the one under $VTX/properties/) and reads it. False with
+    // `why` set to the reason when it cannot be read.
+    bool load(const std::string& path, std::string& why);
+
+    const std::string& path() const { return path_; }  // as resolved
     const std::string& bytes() const { return bytes_; }
-    const std::vector<LogicalLine>& lines() const { return lines_; }
+    // Every logical line of the file, read on first use.
+    const std::vector<LogicalLine>& lines() const;
+    // The logical lines from `offset` up to the next header.
+    std::vector<LogicalLine> section_lines(long offset) const;
+    // Every header in file order, enumerated on first use.
+    const std::vector<Header>& headers() const;
+    // The name of the header whose logical line holds byte `offset`.
+    std::string header_name(long offset) const;
     // The physical line holding byte `offset`.
     int line_at(long offset) const;
+    // A byte copy of the open handle, for searches and lookups; valid while
+    // this object lives.
+    CFGHANDLE handle() const { return handle_; }
 
   private:
+    bool read_bytes();
+    std::vector<LogicalLine> read_lines(long offset, bool to_next_header) const;
+
     std::string path_;
     std::string bytes_;
     std::vector<long> line_starts_;
-    std::vector<LogicalLine> lines_;
+    mutable std::vector<LogicalLine> lines_;
+    mutable bool lines_read_ = false;
+    mutable std::vector<Header> headers_;
+    mutable bool headers_read_ = false;
+    CFGHANDLE handle_{};
+    CFGHANDLE search_{};  // a second handle, so that searches leave the enumeration's stream be
 };
-
-// The section name of a header line ("[name] rest" gives "name"), or "" when
-// the line is no header.
-std::string header_name(const std::string& line);
 
 // The key of an entry line as the lookups split it, and whether it has an "=".
 struct EntryKey {

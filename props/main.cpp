@@ -1,6 +1,8 @@
 // qorvel-props: what a properties file resolves to, through the library's
 // public interface alone. A small dispatcher suffices for five commands and
 // five flags, so no argument-parsing library is pulled in.
+#include <strings.h>
+
 #include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -32,8 +34,9 @@ int fail(const std::string& message, int status = kFailure) {
 void print(const Json& json) { std::cout << json.dump(2) << '\n'; }
 
 bool load(const std::string& path, props::FileText& file) {
-    if (file.load(path)) return true;
-    fail("cannot read " + path);
+    std::string why;
+    if (file.load(path, why)) return true;
+    fail(path + ": " + why);
     return false;
 }
 
@@ -41,27 +44,28 @@ bool load(const std::string& path, props::FileText& file) {
 // false after a message when the file cannot be read.
 bool resolve(const Command& c, props::Resolution& resolution) {
     props::FileText file;
-    std::string error;
     if (!load(c.words[1], file)) return false;
-    if (props::resolve(file, c.words[2], c.raw, resolution, error)) return true;
-    fail(error);
-    return false;
+    props::resolve(file, c.words[2], c.raw, resolution);
+    return true;
 }
 
+// A header no search reaches is listed (a reader may still meet its lines),
+// marked in -l and in the JSON.
 int sections(const Command& c) {
     props::FileText file;
     if (!load(c.words[1], file)) return kFailure;
     std::string prefix = c.words.size() > 2 ? c.words[2] : "";
     Json out = Json::array();
-    for (const props::LogicalLine& line : file.lines()) {
-        std::string name = props::header_name(line.text);
-        if (name.empty() || name.compare(0, prefix.size(), prefix) != 0) continue;
+    for (const props::Header& header : file.headers()) {
+        if (strncasecmp(header.name.c_str(), prefix.c_str(), prefix.size()) != 0) continue;
         if (c.json) {
-            out.push_back({{"name", name}, {"line", line.number}});
+            out.push_back(
+                {{"name", header.name}, {"line", header.line}, {"reachable", header.reachable}});
         } else if (c.lines) {
-            std::printf("%5d  %s\n", line.number, name.c_str());
+            std::printf("%5d  %s%s\n", header.line, header.name.c_str(),
+                        header.reachable ? "" : "  (no search reaches it)");
         } else {
-            std::printf("%s\n", name.c_str());
+            std::printf("%s\n", header.name.c_str());
         }
     }
     if (c.json) print(out);

@@ -3,7 +3,10 @@
 #include <qorvel/config.h>
 #include <strings.h>
 
-#include <cstring>
+#include <cctype>
+#include <unordered_map>
+#include <unordered_set>
+
 
 namespace props {
 namespace {
@@ -12,21 +15,20 @@ bool same_key(const std::string& a, const std::string& b) {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
-// The entries of the section the handle is on, each key once (the first
-// entry of a key is the one lookups find), in file order.
-std::vector<const LogicalLine*> section_entries(const FileText& file, long start) {
-    std::vector<const LogicalLine*> entries;
-    std::vector<std::string> seen;
-    for (const LogicalLine& line : file.lines()) {
-        if (line.offset < start) continue;
-        if (!line.text.empty() && line.text[0] == '[') break;
+// Keys compared without case, as lookups compare them.
+std::string folded(std::string key) {
+    for (char& c : key) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return key;
+}
+
+// The entries of the section at `offset`, each key once (the first entry of
+// a key is the one lookups find), in file order.
+std::vector<LogicalLine> section_entries(const FileText& file, long offset) {
+    std::vector<LogicalLine> entries;
+    std::unordered_set<std::string> seen;
+    for (LogicalLine& line : file.section_lines(offset)) {
         if (line.text.empty() || line.text[0] == '#') continue;
-        std::string key = entry_key(line.text).key;
-        bool repeated = false;
-        for (const std::string& s : seen) repeated = repeated || same_key(s, key);
-        if (repeated) continue;
-        seen.push_back(key);
-        entries.push_back(&line);
+        if (seen.insert(folded(entry_key(line.text).key)).second) entries.push_back(std::move(line));
     }
     return entries;
 }
@@ -43,14 +45,14 @@ Setting read_setting(const CFGHANDLE& handle, const LogicalLine& line, const std
     return setting;
 }
 
-void merge(Resolution& out, Setting setting) {
-    for (Setting& known : out.settings) {
-        if (same_key(known.key, setting.key)) {
-            known = std::move(setting);  // the deeper level overrides
-            return;
-        }
+// The deeper level overrides; keys keep the order they first appear in.
+void merge(Resolution& out, std::unordered_map<std::string, std::size_t>& index, Setting setting) {
+    auto [at, added] = index.try_emplace(folded(setting.key), out.settings.size());
+    if (added) {
+        out.settings.push_back(std::move(setting));
+    } else {
+        out.settings[at->second] = std::move(setting);
     }
-    out.settings.push_back(std::move(setting));
 }
 
 }  // namespace
@@ -74,26 +76,20 @@ std::vector<std::string> level_names(const std::string& section) {
     return names;
 }
 
-bool resolve(const FileText& file, const std::string& section, bool raw, Resolution& out,
-             std::string& error) {
-    CFGHANDLE handle;
-    if (long rc = opencfg(nullptr, nullptr, file.path().c_str(), &handle); rc != 0) {
-        error = "cannot open " + file.path() + ": " + std::strerror(static_cast<int>(rc));
-        return false;
-    }
+void resolve(const FileText& file, const std::string& section, bool raw, Resolution& out) {
+    CFGHANDLE handle = file.handle();
+    std::unordered_map<std::string, std::size_t> index;
     for (const std::string& name : level_names(section)) {
         Level level{name};
         if (find_Section(name.c_str(), &handle)) {
             level.found = true;
             level.line = file.line_at(handle.sectionOffset - 1);
-            for (const LogicalLine* line : section_entries(file, handle.sectionOffset)) {
-                merge(out, read_setting(handle, *line, name, raw));
+            for (const LogicalLine& line : section_entries(file, handle.sectionOffset)) {
+                merge(out, index, read_setting(handle, line, name, raw));
             }
         }
         out.levels.push_back(level);
     }
-    closecfg(&handle);
-    return true;
 }
 
 const Setting* find_setting(const Resolution& resolution, const std::string& key) {

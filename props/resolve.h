@@ -32,10 +32,8 @@ struct Resolution {
 // empty components are skipped, and a name without any is its own level.
 std::vector<std::string> level_names(const std::string& section);
 
-// Resolves `section` of `file`. False with `error` set when the file cannot
-// be opened through the library.
-bool resolve(const FileText& file, const std::string& section, bool raw, Resolution& out,
-             std::string& error);
+// Resolves `section` of `file`.
+void resolve(const FileText& file, const std::string& section, bool raw, Resolution& out);
 
 // The setting of `key` (without regard to case), or nullptr.
 const Setting* find_setting(const Resolution& resolution, const std::string& key);

@@ -103,12 +103,21 @@ const std::vector<Kind>& kinds() {
     return all;
 }
 
-// Every field of the record, through a list bound to it like any caller's.
-bool collect_fields(const Kind& kind, void* record, std::vector<Field>& fields) {
+// Every field of the record, through a list bound to it like any caller's;
+// `error` names a field the binder left unbound.
+bool collect_fields(const Kind& kind, void* record, std::vector<Field>& fields,
+                    std::string& error) {
     InfoList list = nullptr;
-    if (alloc_InfoList(&list, kind.table, static_cast<int>(kind.table_size)) != 0) return false;
+    if (alloc_InfoList(&list, kind.table, static_cast<int>(kind.table_size)) != 0) {
+        error = "out of memory";
+        return false;
+    }
     kind.bind(list, record);
     for (const CfgInfo* entry = list; entry->keyword; ++entry) {
+        if (!entry->value) {
+            error = std::string("the record's field for ") + entry->keyword + " is not bound";
+            break;
+        }
         Field field{entry->keyword, (entry->flags & PROP_TYPE_MASK) == PROP_INTEGER, 0, ""};
         if (field.number) {
             std::int64_t value;
@@ -121,7 +130,7 @@ bool collect_fields(const Kind& kind, void* record, std::vector<Field>& fields) 
         fields.push_back(std::move(field));
     }
     free_InfoList(list);
-    return true;
+    return error.empty();
 }
 
 }  // namespace
@@ -148,11 +157,7 @@ bool read_service(const std::string& kind_name, const std::string& file, const N
         }
         std::vector<std::max_align_t> record(k.record_size / sizeof(std::max_align_t) + 1);
         out.result = k.read(file.c_str(), names, record.data(), &out.detail);
-        if (out.result == 0 && !collect_fields(k, record.data(), out.fields)) {
-            error = "out of memory";
-            return false;
-        }
-        return true;
+        return out.result != 0 || collect_fields(k, record.data(), out.fields, error);
     }
     error = "unknown service kind '" + kind_name + "'";
     return false;

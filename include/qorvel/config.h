@@ -55,9 +55,12 @@ typedef struct CFGHANDLE {
  * such as a FIFO, which is never waited on; ENAMETOOLONG when a path or VTX
  * does not fit its buffer, or the section name is over CFG_SECTION_NAME_MAX);
  * 10004 when the section is absent, in which case the file is open and the
- * handle must still be closed; 10006 for a NULL handle. fp is an ordinary
- * buffered stream the caller may read; every call of this header that reads
- * the file leaves it where reading the lines one by one would have.
+ * handle must still be closed; 10006 for a NULL handle. A file of up to
+ * 32 MiB is read once, here, and kept until closecfg: every search and lookup
+ * on the handle sees it as it was then, and costs no more reading; a larger
+ * file is read in parts as calls need them. fp is an ordinary buffered stream
+ * the caller may read; every call of this header that reads the file leaves
+ * it where reading the lines one by one would have.
  * The handle may be uninitialised. A handle still open from an earlier
  * opencfg is closed first, so its copies must no longer be used. Distinct
  * handles may be opened and closed from distinct threads. */
@@ -87,6 +90,18 @@ QORVEL_API int find_Section(const char* sectionName, CFGHANDLE* handle);
  * on each section found. */
 QORVEL_API long find_NextSection(const char* prefix, char* outName, size_t outSize,
                                  CFGHANDLE* handle);
+
+/* From the stream's current position, the next section header of any name,
+ * as find_NextSection reads it: its whole name (the header's text after "[",
+ * leading "]" skipped, up to the next "]") into `outName` (at most
+ * outSize - 1 characters and a NUL), and sectionOffset set to the first byte
+ * after it (sectionHeader is not changed). Returns 0; 259 at the end of the
+ * file; ERANGE when the name was cut to fit (the enumeration may go on).
+ * A name listed here is not always one find_Section reaches: "[B]x", "[B C]"
+ * and a second "[B]" are listed as "B", but find_Section("B") lands on the
+ * first header whose first word is "[B]". Compare sectionOffset after both to
+ * tell. The stream is shared with lookups as for find_NextSection. */
+QORVEL_API long find_NextHeader(char* outName, size_t outSize, CFGHANDLE* handle);
 
 /* Reads `count` keys, given as trailing (const char* key, char* buffer) pairs,
  * from section `sectionName` and each of its dotted ancestors ("a", "a.b",

@@ -29,7 +29,30 @@ opts = -Xmx4g  [Srv.Prod.Linux:8]" ]
   run --separate-stderr "$QORVEL_PROPS" get app.properties Srv.Prod nokey
   [ "$status:$output:$stderr" = "1::qorvel-props: nokey is set in no level of Srv.Prod" ]
   run --separate-stderr "$QORVEL_PROPS" get missing.properties Srv cp
-  [ "$status:$stderr" = "2:qorvel-props: cannot read missing.properties" ]
+  [ "$status:$stderr" = "2:qorvel-props: missing.properties: no such file here, and VTX is unset, so \$VTX/properties was not searched" ]
+  mkdir -p "$BATS_TEST_TMPDIR/vtx/properties" && cp app.properties "$BATS_TEST_TMPDIR/vtx/properties/elsewhere.properties"
+  [ "$(VTX="$BATS_TEST_TMPDIR/vtx" "$QORVEL_PROPS" get elsewhere.properties Srv cp)" = "base.jar" ]
+}
+
+@test "an operand that is no regular file gets one message, and the others are still read" {
+  mkdir dir && mkfifo fifo
+  run --separate-stderr timeout 10 "$QORVEL_PROPS" check dir fifo /dev/zero app.properties
+  [ "$status:$output" = "2:" ]
+  [ "$stderr" = "qorvel-props: dir: Is a directory
+qorvel-props: fifo: not a regular file
+qorvel-props: /dev/zero: not a regular file" ]
+}
+
+@test "sections lists the headers the library enumerates and marks those no search reaches" {
+  printf '[B]x\n[[C]]\n[Desktop Entry]\n[srv.a]\n[b]\n[SRV.a]\n' > h.properties
+  run "$QORVEL_PROPS" sections -l h.properties
+  [ "$output" = "    1  B  (no search reaches it)
+    2  [C  (no search reaches it)
+    3  Desktop Entry  (no search reaches it)
+    4  srv.a
+    5  b
+    6  SRV.a  (no search reaches it)" ]
+  [ "$("$QORVEL_PROPS" sections h.properties SRV | paste -sd,)" = "srv.a,SRV.a" ]
 }
 
 @test "check reports each kind of finding at its line and exits 2, 1 or 0" {
