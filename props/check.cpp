@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "check_parts.h"
 
@@ -73,6 +72,7 @@ class Checker {
         findings_.push_back({line, error, std::move(message)});
     }
     void collect_sections();
+    bool position(CFGHANDLE& handle, const std::string& name) const;
     void header(const LogicalLine& line);
     void entry(const LogicalLine& line);
     bool key_written(const Entry& e, int line);
@@ -81,9 +81,10 @@ class Checker {
 
     const FileText& file_;
     Findings findings_;
-    std::unordered_set<std::string> sections_;               // lower-case names a search finds
-    std::unordered_map<std::string, int> headers_;           // lower-case name -> header line
-    std::unordered_map<std::string, int> keys_;              // of the current section
+    std::unordered_map<std::string, long>
+        sections_;                                  // lower-case name a search finds -> its offset
+    std::unordered_map<std::string, int> headers_;  // lower-case name -> header line
+    std::unordered_map<std::string, int> keys_;     // of the current section
     std::unordered_map<std::string, bool> referenced_keys_;  // "section\nkey" -> exists
     std::string section_;                                    // "" above the first header
     const Family* family_ = nullptr;                         // its service reader, if any
@@ -91,14 +92,29 @@ class Checker {
     CFGHANDLE handle_{};
 };
 
-// Every name a search finds, first: a chain's level or a reference may name a
-// section further down.
+// Every name a search finds, and where its entries begin, first: a chain's
+// level or a reference may name a section further down.
 void Checker::collect_sections() {
-    for (const LogicalLine& line : file_.lines()) {
-        if (line.text[0] != '[' || is_cut_rest(file_, line)) continue;
-        Header h = parse_header(line.text);
-        if (reachable(h)) sections_.insert(lower(h.name));
+    const std::vector<LogicalLine>& lines = file_.lines();
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].text[0] != '[' || is_cut_rest(file_, lines[i])) continue;
+        Header h = parse_header(lines[i].text);
+        long after =
+            i + 1 < lines.size() ? lines[i + 1].offset : static_cast<long>(file_.bytes().size());
+        if (reachable(h)) sections_.try_emplace(lower(h.name), after);
     }
+}
+
+// Puts `handle` on section `name` as find_Section would, from the offsets
+// already known: a search from the top of the file for each header or
+// reference would make the check quadratic.
+bool Checker::position(CFGHANDLE& handle, const std::string& name) const {
+    auto it = sections_.find(lower(name));
+    if (it == sections_.end()) return false;
+    std::string header = "[" + name + "]";  // at most 255 characters: it fits
+    spc_copy(handle.sectionHeader, header.c_str(), CFG_HEADER_SIZE - 1);
+    handle.sectionOffset = it->second;
+    return true;
 }
 
 void Checker::header(const LogicalLine& line) {
@@ -128,7 +144,7 @@ void Checker::header(const LogicalLine& line) {
             [this](const std::string& name) { return sections_.contains(name); }, line.number,
             findings_);
     }
-    unreachable_ = find_Section(section_.c_str(), &handle_) != 1;
+    unreachable_ = !position(handle_, section_);
 }
 
 // False after a finding when no lookup reads this entry as written.
@@ -202,7 +218,7 @@ bool Checker::key_exists(const std::string& section, const std::string& key) {
     auto [it, added] = referenced_keys_.try_emplace(lower(where) + '\n' + lower(key), false);
     if (!added) return it->second;
     CFGHANDLE copy = handle_;
-    if (!where.empty() && find_Section(where.c_str(), &copy) != 1) return false;
+    if (!where.empty() && !position(copy, where)) return false;
     char value[CFG_VALUE_SIZE];
     it->second = getPropValue(&copy, key.c_str(), value, sizeof value, PROP_STRING, nullptr,
                               PROP_NO_DEFAULT_NUMBER, 0) == 0;
