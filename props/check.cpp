@@ -1,53 +1,48 @@
 #include "check.h"
 
-#include <qorvel/config.h>
-#include <qorvel/services.h>
-#include <strings.h>
-
 #include <algorithm>
-#include <cctype>
-#include <cstdlib>
 #include <cstring>
-#include <map>
-#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "check_parts.h"
 
 namespace props {
 namespace {
 
-// Where a section's values go: the descriptor table of its record.
-struct ServiceTable {
-    const char* section;  // the section or its dotted parent
-    const CfgInfo* table;
-};
-constexpr ServiceTable kServiceTables[] = {
-    {"UBroker", UBcfg_info},
-    {"NameServer", NScfg_info},
-    {"Corvane.Messengers", MsngrCfg_info},
-    {"configuration", CNFGcfg_info},
-    {"database", DBcfg_info},
-    {"servergroup", SRVRGRPcfg_info},
-    {"server", replServerV2_info},
-    {"control-agent", replControlAgentV2_info},
-    {"agent", replAgentV2_info},
-    {"transition", replTransition_info},
-};
+constexpr std::size_t kValueRead = 1023;  // what a lookup reads of a value
 
-std::string lower(std::string text) {
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
+// The first word of a header line: what a section search compares with "[name]".
+std::string first_word(const std::string& text) {
+    std::string copy = text, word(text.size() + 1, '\0');
+    cfg_getword(word.data(), copy.data());
+    return word.c_str();
 }
 
-const CfgInfo* table_row(const std::string& section, const std::string& key) {
-    for (const ServiceTable& t : kServiceTables) {
-        std::size_t n = std::strlen(t.section);
-        bool within = strncasecmp(section.c_str(), t.section, n) == 0 &&
-                      (section.size() == n || section[n] == '.');
-        if (!within) continue;
-        for (const CfgInfo* row = t.table; row->keyword; ++row) {
-            if (strcasecmp(row->keyword, key.c_str()) == 0) return row;
-        }
+std::string unreachable_reason(const Header& h, const std::string& word, bool closed) {
+    if (!closed) return "a header without ']'";
+    if (h.name.empty()) return "a header without a name";
+    if (h.name.size() > CFG_SECTION_NAME_MAX) {
+        return "a section name of " + std::to_string(h.name.size()) + " characters, over " +
+               std::to_string(CFG_SECTION_NAME_MAX);
     }
-    return nullptr;
+    return "a search for section " + h.name + " looks for '[" + h.name +
+           "]', and this header's first word is '" + word + "'";
+}
+
+struct Entry {
+    std::string key, value;
+    bool has_equals;
+};
+
+Entry split_entry(const std::string& text) {
+    std::string value = text, key(text.size() + 1, '\0');
+    cfg_getkeyword(key.data(), value.data());
+    bool has_equals = false;
+    for (std::size_t i = 0; i < text.size() && !has_equals; ++i) {
+        has_equals = text[i] == '=' && (i == 0 || text[i - 1] != '\\');
+    }
+    return {key.c_str(), value.c_str(), has_equals};
 }
 
 class Checker {
@@ -59,103 +54,113 @@ class Checker {
     void add(int line, bool error, std::string message) {
         findings_.push_back({line, error, std::move(message)});
     }
-    void physical_lines();
+    void collect_sections();
     void header(const LogicalLine& line);
     void entry(const LogicalLine& line);
+    bool key_written(const Entry& e, int line);
     void references(const LogicalLine& line, const std::string& key, std::string_view value);
-    bool section_exists(const std::string& name) const;
-    bool key_exists(const std::string& section, const std::string& key) const;
+    bool key_exists(const std::string& section, const std::string& key);
 
     const FileText& file_;
-    std::vector<Finding> findings_;
-    std::map<std::string, int> headers_;                      // lower-case header word -> line
-    std::map<std::string, std::map<std::string, int>> keys_;  // section -> key -> line
-    std::string section_;                                     // "" above the first header
+    Findings findings_;
+    std::unordered_set<std::string> sections_;      // lower-case names a search finds
+    std::unordered_map<std::string, int> headers_;  // lower-case name -> header line
+    std::unordered_map<std::string, int> keys_;     // of the current section
+    std::unordered_map<std::string, bool> referenced_keys_;  // "section\nkey" -> exists
+    std::string section_;                                    // "" above the first header
+    const Family* family_ = nullptr;                         // its service reader, if any
     bool unreachable_ = false;  // the section's entries are read by no lookup
     CFGHANDLE handle_{};
 };
 
-void Checker::physical_lines() {
-    const std::string& bytes = file_.bytes();
-    std::size_t carriage_returns = 0;
-    int first_cr = 0;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '\n' && i > 0 && bytes[i - 1] == '\r' && carriage_returns++ == 0) {
-            first_cr = file_.line_at(static_cast<long>(i));
-        }
-    }
-    if (carriage_returns > 0) {
-        add(first_cr, false,
-            "carriage-return line end (" + std::to_string(carriage_returns) +
-                " lines): values keep the carriage return and a trailing ',' no longer "
-                "continues the line");
-    }
-    if (!bytes.empty() && bytes.back() != '\n') {
-        add(file_.line_at(static_cast<long>(bytes.size()) - 1), false,
-            "the last line has no line end: no reader sees it");
+// Every name a search finds, first: a chain's level or a reference may name
+// a section further down.
+void Checker::collect_sections() {
+    for (const Header& h : file_.headers()) {
+        if (h.reachable) sections_.insert(lower(h.name));
     }
 }
 
 void Checker::header(const LogicalLine& line) {
-    std::string_view text = line.text;
-    std::size_t close = text.find(']');
-    if (close == std::string_view::npos) {
-        add(line.number, true, "a header without ']'");
+    const Header* h = file_.header_at(line.offset);
+    keys_.clear();
+    family_ = nullptr;
+    unreachable_ = true;
+    if (!h) return;
+    std::string word = first_word(line.text);
+    // Which rule keeps a search off it: its own shape, or an earlier header.
+    bool searchable = !h->name.empty() && h->name.size() <= CFG_SECTION_NAME_MAX &&
+                      lower(word) == lower("[" + h->name + "]");
+    if (!searchable) {
+        bool closed = line.text.find(']') != std::string::npos;
+        add(line.number, true, unreachable_reason(*h, word, closed) + ": no search finds it");
         return;
     }
-    std::string_view word = text.substr(0, text.find_first_of(" \t\r"));
-    section_ = file_.header_name(line.offset);
-    if (word.back() != ']') {
-        add(line.number, false, "a blank inside the header: only its first word is the header");
-    } else if (text.find_first_not_of(" \t\r", word.size()) != std::string_view::npos) {
-        add(line.number, false, "text after the header's ']' is ignored");
-    }
-    auto [known, added] = headers_.try_emplace(lower(std::string(word)), line.number);
+    auto [known, added] = headers_.try_emplace(lower(h->name), line.number);
     if (!added) {
         add(line.number, true,
-            "section " + section_ + " already begins at line " + std::to_string(known->second) +
+            "section " + h->name + " already begins at line " + std::to_string(known->second) +
                 ": this one is never found");
+        return;
     }
-    unreachable_ = !added || find_Section(section_.c_str(), &handle_) != 1;
+    if (line.text.find_first_not_of(" \t\r", word.size()) != std::string::npos) {
+        add(line.number, false, "text after the header's ']' is ignored");
+    }
+    section_ = h->name;
+    family_ = family_of(section_);
+    if (family_) {
+        check_levels(
+            *family_, section_,
+            [this](const std::string& name) { return sections_.contains(name); }, line.number,
+            findings_);
+    }
+    unreachable_ = find_Section(section_.c_str(), &handle_) != 1;
+}
+
+// False after a finding when no lookup reads this entry as written.
+bool Checker::key_written(const Entry& e, int line) {
+    if (!e.has_equals) {
+        add(line, true, "neither an entry (key=value), a comment nor a header");
+        return false;
+    }
+    if (!e.key.empty() && (e.key.back() == ' ' || e.key.back() == '\t')) {
+        add(line, true,
+            "blanks before '=' are part of the key: '" + e.key + "' never matches '" +
+                e.key.substr(0, e.key.find_last_not_of(" \t") + 1) + "'");
+        return false;
+    }
+    auto [known, added] = keys_.try_emplace(lower(e.key), line);
+    if (!added) {
+        add(line, true,
+            "key " + e.key + " is already set at line " + std::to_string(known->second) +
+                ": this value is never read");
+    }
+    return added;
 }
 
 void Checker::entry(const LogicalLine& line) {
-    EntryKey split = entry_key(line.text);
-    if (!split.has_equals) {
-        add(line.number, true, "neither an entry (key=value), a comment nor a header");
-        return;
-    }
-    if (!split.key.empty() && (split.key.back() == ' ' || split.key.back() == '\t')) {
-        add(line.number, false,
-            "blanks before '=' are part of the key: '" + split.key + "' never matches '" +
-                split.key.substr(0, split.key.find_last_not_of(" \t") + 1) + "'");
-    }
-    auto [known, added] = keys_[lower(section_)].try_emplace(lower(split.key), line.number);
-    if (!added) {
+    Entry e = split_entry(line.text);
+    if (!key_written(e, line.number)) return;
+    if (e.value.size() > kValueRead) {
         add(line.number, true,
-            "key " + split.key + " is already set at line " + std::to_string(known->second) +
-                ": this value is never read");
-        return;
+            "the value is " + std::to_string(e.value.size()) +
+                " characters: a lookup reads only the first " + std::to_string(kValueRead));
     }
     if (unreachable_) return;
-    std::string_view value = std::string_view(line.text).substr(line.text.find('=') + 1);
-    references(line, split.key, value);
+    references(line, e.key, e.value);
     // The value as a reader gets it: the handle is on this entry's section.
     char resolved[CFG_VALUE_SIZE];
-    long rc = getPropValue(&handle_, split.key.c_str(), resolved, sizeof resolved,
+    long rc = getPropValue(&handle_, e.key.c_str(), resolved, sizeof resolved,
                            PROP_STRING | PROP_WHOLE_LINE, nullptr, PROP_NO_DEFAULT_NUMBER, 1);
     if (rc == CFG_BAD_VALUE) {
         add(line.number, true,
             "the substitution cannot complete: references that never settle, or a result past "
             "4095 characters");
+        return;
     }
-    const CfgInfo* row = rc == 0 ? table_row(section_, split.key) : nullptr;
-    if (row && (row->flags & PROP_TYPE_MASK) == PROP_STRING &&
-        std::strlen(resolved) >= row->valueSize) {
-        add(line.number, false,
-            "the value of " + split.key + " is " + std::to_string(std::strlen(resolved)) +
-                " characters; its record field keeps " + std::to_string(row->valueSize - 1));
-    }
+    if (rc != 0) return;
+    check_environment(handle_, e.key, e.value, resolved, line.number, findings_);
+    if (family_) check_service_entry(*family_, handle_, e.key, resolved, line.number, findings_);
 }
 
 void Checker::references(const LogicalLine& line, const std::string& key, std::string_view value) {
@@ -169,48 +174,39 @@ void Checker::references(const LogicalLine& line, const std::string& key, std::s
         std::string section = dot == std::string::npos ? section_ : ref.substr(0, dot);
         std::string name = dot == std::string::npos ? ref : ref.substr(dot + 1);
         if (name.empty()) name = key;
-        if (!section.empty() && !section_exists(section)) {
+        if (!section.empty() && !sections_.contains(lower(section))) {
             add(line.number, true, "!{value-of:" + ref + "} names a section that does not exist");
         } else if (!key_exists(section, name)) {
             add(line.number, true, "!{value-of:" + ref + "} names a key that does not exist");
         }
     }
-    for (std::size_t at = value.find("${"); at != std::string_view::npos;
-         at = value.find("${", at + 2)) {
-        std::size_t close = value.find('}', at + 2);
-        if (close == std::string_view::npos) break;
-        std::string name(value.substr(at + 2, close - at - 2));
-        if (!std::getenv(name.c_str())) {
-            add(line.number, false, "${" + name + "} refers to a variable that is not set here");
-        }
-    }
 }
 
-bool Checker::section_exists(const std::string& name) const {
+// Each distinct reference is looked up once, however many values use it.
+bool Checker::key_exists(const std::string& section, const std::string& key) {
+    const std::string& where = section.empty() ? section_ : section;
+    auto [it, added] = referenced_keys_.try_emplace(lower(where) + '\n' + lower(key), false);
+    if (!added) return it->second;
     CFGHANDLE copy = handle_;
-    return find_Section(name.c_str(), &copy) == 1;
-}
-
-bool Checker::key_exists(const std::string& section, const std::string& key) const {
-    CFGHANDLE copy = handle_;
-    if (!section.empty() && find_Section(section.c_str(), &copy) != 1) return false;
+    if (!where.empty() && find_Section(where.c_str(), &copy) != 1) return false;
     char value[CFG_VALUE_SIZE];
-    return getPropValue(&copy, key.c_str(), value, sizeof value, PROP_STRING, nullptr,
-                        PROP_NO_DEFAULT_NUMBER, 0) == 0;
+    it->second = getPropValue(&copy, key.c_str(), value, sizeof value, PROP_STRING, nullptr,
+                              PROP_NO_DEFAULT_NUMBER, 0) == 0;
+    return it->second;
 }
 
 std::vector<Finding> Checker::run() {
-    physical_lines();
-    if (opencfg(nullptr, nullptr, file_.path().c_str(), &handle_) != 0) return findings_;
+    check_layout(file_, findings_);
+    handle_ = file_.handle();
+    collect_sections();
     for (const LogicalLine& line : file_.lines()) {
-        if (line.text.empty() || line.text[0] == '#') continue;
+        if (line.text.empty() || line.text[0] == '#' || is_cut_rest(file_, line)) continue;
         if (line.text[0] == '[') {
             header(line);
         } else {
             entry(line);
         }
     }
-    closecfg(&handle_);
     std::stable_sort(findings_.begin(), findings_.end(),
                      [](const Finding& a, const Finding& b) { return a.line < b.line; });
     return findings_;

@@ -124,11 +124,11 @@ const std::vector<Header>& FileText::headers() const {
     return headers_;
 }
 
-std::string FileText::header_name(long offset) const {
+const Header* FileText::header_at(long offset) const {
     const std::vector<Header>& all = headers();
     auto holding = std::upper_bound(all.begin(), all.end(), offset,
                                     [](long at, const Header& h) { return at < h.after; });
-    return holding == all.end() ? "" : holding->name;
+    return holding == all.end() ? nullptr : &*holding;
 }
 
 int FileText::line_at(long offset) const {

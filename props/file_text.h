@@ -45,8 +45,8 @@ class FileText {
     std::vector<LogicalLine> section_lines(long offset) const;
     // Every header in file order, enumerated on first use.
     const std::vector<Header>& headers() const;
-    // The name of the header whose logical line holds byte `offset`.
-    std::string header_name(long offset) const;
+    // The header whose logical line holds byte `offset`, or nullptr.
+    const Header* header_at(long offset) const;
     // The physical line holding byte `offset`.
     int line_at(long offset) const;
     // A byte copy of the open handle, for searches and lookups; valid while
