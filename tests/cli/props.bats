@@ -1,7 +1,7 @@
 #!/usr/bin/env bats
 # qorvel-props over small files written here: what a section resolves to,
 # a value for a script, the findings of check, a service record, the
-# launcher's view, a diff and the JSON of every command.
+# launcher's view, a diff, the JSON of every command and the completion.
 
 bats_require_minimum_version 1.5.0
 
@@ -150,4 +150,15 @@ policyfile = /p  [J.$(uname -s):5]" ]
 0|app.properties Srv.Prod.Linux app.properties Srv.Prod.Linux|
 2|app.properties Srv Nope|
 EOF
+}
+
+@test "completion offers the file's sections after a file operand" {
+  [ -r /usr/share/bash-completion/bash_completion ] || skip "bash-completion is not installed"
+  mkdir bin && ln -s "$QORVEL_PROPS" bin/qorvel-props
+  run env PATH="$PWD/bin:$PATH" bash -c 'source /usr/share/bash-completion/bash_completion
+    source "$1/packaging/qorvel-props.bash-completion"
+    COMP_WORDS=(qorvel-props show app.properties Srv.P) COMP_CWORD=3 COMP_LINE="${COMP_WORDS[*]}"
+    COMP_POINT=${#COMP_LINE}
+    _qorvel_props qorvel-props Srv.P app.properties; echo "${COMPREPLY[*]}"' - "$QORVEL_SOURCE_DIR"
+  [ "$output" = "Srv.Prod Srv.Prod.Linux" ]
 }
