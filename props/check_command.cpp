@@ -20,8 +20,9 @@ int run_check(Invocation& c) {
         FileText file;
         errno = 0;
         if (!file.load(path)) {
-            entry["error"] = cannot_read(path);
-            std::cerr << "qorvel-props: " << cannot_read(path) << '\n';
+            std::string message = cannot_read(path);
+            entry["error"] = message;
+            std::cerr << "qorvel-props: " << message << '\n';
             status = kFailure;
             continue;
         }

@@ -16,13 +16,15 @@
 namespace props {
 namespace {
 
-// The keys -a reads, each with the room the launcher gives it: a value cut
-// to fit makes the launcher refuse to start.
+// The keys -a reads, each with the room the launcher gives it (a value cut
+// to fit makes it refuse to start) and whether its ',' become ':'.
 struct LaunchKey {
     const char* name;
     std::size_t capacity;
+    bool path_list;
 };
-constexpr LaunchKey kLaunchKeys[] = {{"classpath", 4096}, {"jvmargs", 2048}, {"policyfile", 2048}};
+constexpr LaunchKey kLaunchKeys[] = {
+    {"classpath", 4096, true}, {"jvmargs", 2048, false}, {"policyfile", 2048, false}};
 constexpr std::size_t kPartSize = 1024;  // for either part of "FILE::SECTION", expanded
 constexpr const char* kDefaultFile = "JavaTools.properties";
 constexpr const char* kDefaultSection = "Common";
@@ -72,10 +74,11 @@ Values read_values(const std::string& path, const std::string& deepest) {
         buffers[i].assign(kLaunchKeys[i].capacity, '\0');
     }
     Values values;
-    values.rc =
-        getPropertiesSized(3, 1, path.c_str(), deepest.c_str(), "classpath", buffers[0].data(),
-                           buffers[0].size(), "jvmargs", buffers[1].data(), buffers[1].size(),
-                           "policyfile", buffers[2].data(), buffers[2].size());
+    static_assert(std::size(kLaunchKeys) == 3);
+    values.rc = getPropertiesSized(3, 1, path.c_str(), deepest.c_str(), kLaunchKeys[0].name,
+                                   buffers[0].data(), buffers[0].size(), kLaunchKeys[1].name,
+                                   buffers[1].data(), buffers[1].size(), kLaunchKeys[2].name,
+                                   buffers[2].data(), buffers[2].size());
     for (std::size_t i = 0; i < std::size(kLaunchKeys); ++i) {
         values.text[i] = buffers[i].c_str();
     }
@@ -114,7 +117,7 @@ std::string put_values(Invocation& c, const FileText& file, const Resolution& re
         const LaunchKey& key = kLaunchKeys[i];
         const Setting* setting = find_setting(resolution, key.name);
         std::string value = values.text[i];
-        if (i == 0) std::replace(value.begin(), value.end(), ',', ':');  // the class path's joint
+        if (key.path_list) std::replace(value.begin(), value.end(), ',', ':');
         if (!setting || value.empty()) {  // the launcher drops an empty value
             keys.push_back(
                 {{"key", key.name}, {"value", nullptr}, {"level", nullptr}, {"line", nullptr}});
