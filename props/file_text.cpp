@@ -20,17 +20,6 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-std::string reason(long rc, const std::string& path) {
-    const char* vtx = std::getenv("VTX");
-    if (rc == CFG_NOT_FOUND || (rc == ENOENT && !vtx)) {
-        return "no such file here, and VTX is unset, so $VTX/properties was not searched";
-    }
-    if (rc == ENOENT) return std::string("no such file here, nor in ") + vtx + "/properties";
-    if (rc == EINVAL) return "not a regular file";
-    if (rc == ENAMETOOLONG && path.size() < CFG_PATH_SIZE) return "its path under $VTX is too long";
-    return std::strerror(static_cast<int>(rc));
-}
-
 }  // namespace
 
 FileText::~FileText() {
@@ -50,7 +39,7 @@ bool FileText::load(const std::string& path, std::string& why) {
     if (rc == 0) rc = opencfg(nullptr, nullptr, handle_.fileName, &search_);
     if (rc == 0 && !read_bytes()) rc = errno;
     if (rc != 0) {
-        why = reason(rc, path);
+        why = read_failure(rc);
         return false;
     }
     path_ = handle_.fileName;
@@ -134,6 +123,17 @@ const Header* FileText::header_at(long offset) const {
 int FileText::line_at(long offset) const {
     auto after = std::upper_bound(line_starts_.begin(), line_starts_.end(), offset);
     return static_cast<int>(after - line_starts_.begin());
+}
+
+std::string read_failure(long rc) {
+    const char* vtx = std::getenv("VTX");
+    if (rc == CFG_NOT_FOUND || (rc == ENOENT && !vtx)) {
+        return "no such file here, and VTX is unset, so $VTX/properties was not searched";
+    }
+    if (rc == ENOENT) return std::string("no such file here, nor in ") + vtx + "/properties";
+    if (rc == EINVAL) return "not a regular file";
+    if (rc == CFG_BAD_VALUE) return "a value's substitution could not complete";
+    return std::strerror(static_cast<int>(rc));
 }
 
 EntryKey entry_key(const std::string& line) {

@@ -68,6 +68,10 @@ class FileText {
     CFGHANDLE search_{};  // a second handle, so that searches leave the enumeration's stream be
 };
 
+// Why a file the library was asked to open or read could not be: `rc` is
+// its status.
+std::string read_failure(long rc);
+
 // The key of an entry line as the lookups split it, and whether it has an "=".
 struct EntryKey {
     std::string key;

@@ -1,6 +1,7 @@
 #!/usr/bin/env bats
 # qorvel-props over small files written here: what a section resolves to,
-# a value for a script, the findings of check and a service record.
+# a value for a script, the findings of check, a service record, the
+# launcher's view, a diff, the JSON of every command and the completion.
 
 bats_require_minimum_version 1.5.0
 
@@ -29,7 +30,7 @@ opts = -Xmx4g  [Srv.Prod.Linux:8]" ]
   run --separate-stderr "$QORVEL_PROPS" get app.properties Srv.Prod nokey
   [ "$status:$output:$stderr" = "1::qorvel-props: nokey is set in no level of Srv.Prod" ]
   run --separate-stderr "$QORVEL_PROPS" get missing.properties Srv cp
-  [ "$status:$stderr" = "2:qorvel-props: missing.properties: no such file here, and VTX is unset, so \$VTX/properties was not searched" ]
+  [ "$status:$stderr" = "2:qorvel-props: cannot read missing.properties: no such file here, and VTX is unset, so \$VTX/properties was not searched" ]
   mkdir -p "$BATS_TEST_TMPDIR/vtx/properties" && cp app.properties "$BATS_TEST_TMPDIR/vtx/properties/elsewhere.properties"
   [ "$(VTX="$BATS_TEST_TMPDIR/vtx" "$QORVEL_PROPS" get elsewhere.properties Srv cp)" = "base.jar" ]
 }
@@ -38,9 +39,9 @@ opts = -Xmx4g  [Srv.Prod.Linux:8]" ]
   mkdir dir && mkfifo fifo
   run --separate-stderr timeout 10 "$QORVEL_PROPS" check dir fifo /dev/zero app.properties
   [ "$status:$output" = "2:" ]
-  [ "$stderr" = "qorvel-props: dir: Is a directory
-qorvel-props: fifo: not a regular file
-qorvel-props: /dev/zero: not a regular file" ]
+  [ "$stderr" = "qorvel-props: cannot read dir: Is a directory
+qorvel-props: cannot read fifo: not a regular file
+qorvel-props: cannot read /dev/zero: not a regular file" ]
 }
 
 @test "sections lists the headers the library enumerates and marks those no search reaches" {
@@ -99,9 +100,95 @@ EOF
   [ "$(sed -n '1p;$p' <<<"$output" | paste -sd'|')" = "infoVersion = 9010|brenixGroup = " ]
   grep -qx 'portNumber = 3999' <<<"$output"
   "$QORVEL_PROPS" --json service broker ub.properties CV demo | python3 -m json.tool > /dev/null
-  run --separate-stderr "$QORVEL_PROPS" service broker ub.properties CV nope
-  [ "$status" -eq $((10004 % 256)) ]
-  [[ "$stderr" == *"code 10004"*"Specified Service Name does not exist" ]]
-  run --separate-stderr "$QORVEL_PROPS" service bogus ub.properties
-  [ "$status:$stderr" = "2:qorvel-props: unknown service kind 'bogus'" ]
+}
+
+@test "each command fails alike: which key or section, why, status 1 for what cannot be read, 2 for usage" {
+  printf '[S]\nloop=!{value-of:s.loop}\n' > loop.properties
+  printf '[UBroker]\ninfoVersion=9000\n[UBroker.CV]\n[UBroker.CV.ok]\ninfoVersion=9010\n' > ub.properties
+  cp app.properties ./-dash.properties
+  loop='qorvel-props: the substitution of loop (S:2) cannot complete: references that never settle, or a result past 4095 characters'
+  while IFS='|' read -r want pattern args; do
+    run --separate-stderr "$QORVEL_PROPS" $args
+    [[ "$status" == "$want" && "$stderr" == $pattern ]] || { echo "$args: $status $stderr"; false; }
+  done <<EOF
+1|$loop|get loop.properties S loop
+1|$loop|show loop.properties S
+1|qorvel-props: ub.properties read failed: code 10004, *: Specified Service Name does not exist|service broker ub.properties CV nope
+0|qorvel-props: note: ub.properties: code 10005, *|service broker ub.properties CV ok
+2|qorvel-props: bogus.properties read failed: code 10015, system error 2, *|service broker bogus.properties CV ok
+2|qorvel-props: unknown service kind 'bogus'|service bogus ub.properties
+0||get -- -dash.properties Srv cp
+0||-h
+2|qorvel-props: check takes no -l (see --help)|check -l app.properties
+2|qorvel-props: get takes no --launch (see --help)|get --launch app.properties Srv cp
+2|qorvel-props: show takes --raw or --launch, not both|show --raw --launch app.properties Srv
+2|qorvel-props: unknown option -x (see --help)|show -x app.properties Srv
+EOF
+}
+
+@test "every command prints one JSON object, format 1 first, errors included, for any bytes" {
+  printf '[UBroker]\n[UBroker.CV]\n[UBroker.CV.demo]\n' > ub.properties
+  printf '[A]\nk=caf\xe9 \xc3\xa9\n[\xff]\n' > latin1.properties
+  while IFS='|' read -r want fields args; do
+    run --separate-stderr "$QORVEL_PROPS" --json $args
+    [ "$status" -eq "$want" ] || { echo "$args: $status"; false; }
+    python3 -c 'import json, sys
+d = json.loads(sys.argv[2])
+assert list(d)[0] == "format" and d["format"] == 1 and set(sys.argv[1].split(",")) <= set(d), d
+' "$fields" "$output" || { echo "$args: $output"; false; }
+  done <<'EOF'
+0|file,sections|sections latin1.properties
+0|file,section,levels,keys|show app.properties Srv.Prod
+0|file,section,os,path,levels,keys|show --launch app.properties Srv.Prod
+0|file,section,key,value,level,line,substitution_failed|get latin1.properties A k
+1|file,section,key,error|get app.properties Srv nokey
+1|left,right,differences,equal|diff app.properties Srv Srv.Prod
+0|files|check app.properties
+0|kind,file,names,result,detail,fields|service broker ub.properties CV demo
+2|error|get missing.properties Srv cp
+2|error|bogus
+EOF
+  value=$("$QORVEL_PROPS" --json get latin1.properties A k | python3 -c 'import json, sys; print(json.load(sys.stdin)["value"])')
+  [ "$value" = "café é" ]  # a stray byte read as Latin-1, UTF-8 as it stands
+}
+
+@test "show --launch gives what qorvel -a hands the JVM, and refuses where it refuses" {
+  a=$(head -c 1000 /dev/zero | tr '\0' a)
+  printf '[J]\nclasspath=a.jar,b.jar\njvmargs=-Xmx1g\n[J.%s]\npolicyfile=/p\n[K]\na=%s\njvmargs=!{value-of:a}!{value-of:a}!{value-of:a}\n' \
+    "$(uname -s)" "$a" > launch.properties
+  run env -u PATH "$QORVEL" --dry-run -a launch.properties::J /bin/true
+  [ "${lines[0]}" = "/bin/true -classpath a.jar:b.jar -Xmx1g -Djava.security.policy=/p" ]
+  run "$QORVEL_PROPS" show --launch launch.properties J
+  [ "$output" = "level J: line 1
+level J.$(uname -s): line 4
+classpath = a.jar:b.jar  [J:2]
+jvmargs = -Xmx1g  [J:3]
+policyfile = /p  [J.$(uname -s):5]" ]
+  run --separate-stderr env -u PATH "$QORVEL" --dry-run -a launch.properties::K /bin/true
+  [[ "$status" -ne 0 && "$stderr" == *"(jvmargs) is longer than 2047 characters"* ]]
+  run --separate-stderr "$QORVEL_PROPS" show --launch launch.properties K
+  [[ "$status" -eq 1 && "$stderr" == *"jvmargs (K:8) is longer than 2047 characters" ]]
+}
+
+@test "diff prints each key two sections disagree on, with origins, and exits 0, 1 or 2" {
+  printf '[Srv]\ncp=base.jar\n[Srv.Stage]\ncp=stage.jar\nextra=1\n' > stage.properties
+  while IFS='|' read -r want args expected; do
+    run --separate-stderr "$QORVEL_PROPS" diff $args
+    [ "$status:$output" = "$want:$(printf "$expected")" ] || { echo "$args: $status $output"; false; }
+  done <<'EOF'
+1|app.properties Srv.Prod stage.properties Srv.Stage|cp: prod.jar, more.jar [Srv.Prod:5] | stage.jar [Srv.Stage:4]\nopts: -Xmx1g [Srv:3] | (unset)\nextra: (unset) | 1 [Srv.Stage:5]
+0|app.properties Srv.Prod.Linux app.properties Srv.Prod.Linux|
+2|app.properties Srv Nope|
+EOF
+}
+
+@test "completion offers the file's sections after a file operand" {
+  [ -r /usr/share/bash-completion/bash_completion ] || skip "bash-completion is not installed"
+  mkdir bin && ln -s "$QORVEL_PROPS" bin/qorvel-props
+  run env PATH="$PWD/bin:$PATH" bash -c 'source /usr/share/bash-completion/bash_completion
+    source "$1/packaging/qorvel-props.bash-completion"
+    COMP_WORDS=(qorvel-props show app.properties Srv.P) COMP_CWORD=3 COMP_LINE="${COMP_WORDS[*]}"
+    COMP_POINT=${#COMP_LINE}
+    _qorvel_props qorvel-props Srv.P app.properties; echo "${COMPREPLY[*]}"' - "$QORVEL_SOURCE_DIR"
+  [ "$output" = "Srv.Prod Srv.Prod.Linux" ]
 }
