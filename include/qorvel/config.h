@@ -59,7 +59,7 @@ typedef struct CFGHANDLE {
  * 32 MiB is read once, here, and kept until closecfg: every search and lookup
  * on the handle sees it as it was then, and costs no more reading; a larger
  * file is read in parts as calls need them. fp is an ordinary buffered stream
- * the caller may read; every call of this header that reads the file leaves
+ * the caller may read, and close only through closecfg; every call of this header that reads the file leaves
  * it where reading the lines one by one would have.
  * The handle may be uninitialised. A handle still open from an earlier
  * opencfg is closed first, so its copies must no longer be used. Distinct
