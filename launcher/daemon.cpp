@@ -4,6 +4,7 @@
 #include <grp.h>
 #include <signal.h>
 #include <string.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -14,6 +15,7 @@
 
 #include "launcher/console.h"
 #include "launcher/identity.h"
+#include "launcher/notify.h"
 #include "launcher/password.h"
 #include "launcher/pidfile.h"
 #include "qorvel/log.h"
@@ -60,14 +62,40 @@ int exit_code(int status) {
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-// A caller that ignores SIGCHLD (common in daemons written in Perl) would
-// make the kernel reap the child unseen and every wait fail with ECHILD.
+// Every process orphaned below the waiting parent comes to it: as PID 1 (a
+// container's entrypoint) the kernel sees to that; elsewhere it asks to be
+// their child subreaper. Left unreaped they would stay zombies for as long
+// as the JVM runs.
+void adopt_orphans() {
+    if (getpid() != 1 && prctl(PR_SET_CHILD_SUBREAPER, 1) != 0) {
+        trace("Cannot become a child subreaper, errno = %d\n", errno);
+    }
+}
+
+// The orphans that have ended since, once the child is gone.
+void reap_remaining() {
+    pid_t ended;
+    while ((ended = waitpid(-1, nullptr, WNOHANG)) > 0) trace("Reaped orphan %d\n", ended);
+}
+
+// Reaps every process that ends until the child does. A caller that ignores
+// SIGCHLD (common in daemons written in Perl) would make the kernel reap the
+// child unseen and every wait fail with ECHILD.
 int wait_for(pid_t child) {
     int status = 0;
-    while (waitpid(child, &status, 0) == -1) {
-        if (errno == EINTR) continue;
-        return report_failure(errno, "can't wait for the child, errno = %d\n");
+    for (;;) {
+        pid_t ended = waitpid(-1, &status, 0);
+        if (ended == child) {
+            waited_child = 0;  // its id is free for another process now
+            break;
+        }
+        if (ended > 0) {
+            trace("Reaped orphan %d\n", ended);
+        } else if (errno != EINTR) {
+            return report_failure(errno, "can't wait for the child, errno = %d\n");
+        }
     }
+    reap_remaining();
     int code = exit_code(status);
     trace("Process has exited, rc = %d, exit status = %d\n", status, code);
     return code;
@@ -88,6 +116,7 @@ int start_outcome(int pipe_end) {
 // service manager learns of a failed start and finds the pid file in place.
 [[noreturn]] void wait_and_exit(pid_t child, int pipe_end, bool suspend) {
     int code = start_outcome(pipe_end);
+    if (suspend && code == 0) notify_ready(child);
     if (suspend) {
         trace("Waiting for process to exit...\n");
         code = wait_for(child);
@@ -137,6 +166,7 @@ int fork_daemon(const LaunchSettings& launch, const Identity& identity) {
     if (pipe2(ends, O_CLOEXEC) != 0)
         return report_failure(errno, "can't create the start pipe, errno = %d\n");
     signal(SIGCHLD, SIG_DFL);
+    if (launch.suspend) adopt_orphans();  // the child does not inherit it
     sigset_t previous = block_forwarded();
     pid_t pid = fork();
     if (pid == -1) {

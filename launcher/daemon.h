@@ -12,8 +12,10 @@ inline constexpr int kPasswordRefused = 5;
 // The daemon start of `launch`, under its user, group and password. Forks
 // once. The parent never returns: it waits until the child has become the
 // program or told it the code its start failed with, and exits with 0 or that
-// code; with -s it then waits for the child, passing on TERM, INT,
-// HUP, QUIT, USR1 and USR2 to it, removes the pid file and exits with the
+// code; with -s it tells NOTIFY_SOCKET the child is ready (notify.h), then
+// waits for the child, passing on TERM, INT, HUP, QUIT, USR1 and USR2 to it
+// and reaping every orphan that comes to it (as PID 1, or as the child
+// subreaper it makes itself), removes the pid file and exits with the
 // child's status (128 + N when signal N ended it). The child publishes the
 // pid file before it switches.
 // Returns 0 in the child, or a code when the start failed (kUnknownUser,

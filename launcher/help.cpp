@@ -14,7 +14,7 @@ namespace {
 
 constexpr const char* kPurpose =
     "Use qorvel to setup a working environment prior to invoking the JVM";
-constexpr int kSynopsisWidth = 24;
+constexpr int kSynopsisWidth = 28;
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+#include "launcher/rlimits.h"
 #include "launcher/settings.h"
 
 namespace qorvel {
@@ -70,11 +71,12 @@ void print_launch_summary(const LaunchSettings& launch, const Identity& identity
     std::printf("mode: %s\nuser: %s\ngroup: %s\ngroups: %s\numask: %04o\ndirectory: %s\n", mode,
                 user_name(credentials).c_str(), group_name(credentials.gid).c_str(),
                 group_list(credentials.groups).c_str(), file_mask(launch), here ? here.get() : "?");
-    std::printf("stdin: %s\nstdout: %s\nstderr: %s\npid file: %s\n",
+    std::printf("stdin: %s\nstdout: %s\nstderr: %s\npid file: %s\nlimits: %s\n",
                 redirection(launch.file_stdin.get(), -1).c_str(),
                 redirection(launch.file_stdout.get(), launch.oflags_stdout).c_str(),
                 redirection(launch.file_stderr.get(), launch.oflags_stderr).c_str(),
-                launch.pidfile.empty() ? "none" : launch.pidfile.c_str());
+                launch.pidfile.empty() ? "none" : launch.pidfile.c_str(),
+                describe_rlimits(launch).c_str());
 }
 
 }  // namespace qorvel

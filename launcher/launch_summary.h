@@ -8,7 +8,8 @@ namespace qorvel {
 
 // Prints one "name: value" line each for the run mode, user, group,
 // supplementary groups, file-creation mask, working directory (the current
-// one), the three redirections with their open modes and the pid file.
+// one), the three redirections with their open modes, the pid file and the
+// --rlimit limits.
 // `identity` is what the daemon start resolved (default without one).
 void print_launch_summary(const LaunchSettings& launch, const Identity& identity);
 

@@ -13,10 +13,12 @@
 
 #include "config/expand_envvars.h"
 #include "launcher/console.h"
+#include "launcher/control.h"
 #include "launcher/env_lines.h"
 #include "launcher/options.h"
 #include "launcher/pidfile.h"
 #include "launcher/prop_file.h"
+#include "launcher/rlimits.h"
 #include "launcher/user_spec.h"
 #include "qorvel/config.h"
 #include "util/bounded_text.h"
@@ -240,5 +242,49 @@ int set_no_password_check(LaunchSettings& launch, char*) {
     trace("Enabled --no-password-check option\n");
     return 0;
 }
+
+int set_stop(LaunchSettings& launch, char*) {
+    launch.control = Control::kStop;
+    trace("Enabled --stop option\n");
+    return 0;
+}
+
+int set_status(LaunchSettings& launch, char*) {
+    launch.control = Control::kStatus;
+    trace("Enabled --status option\n");
+    return 0;
+}
+
+// Whole seconds up to a day; anything else, read as far as it goes, would
+// send KILL at some other time.
+int set_timeout(LaunchSettings& launch, char* arg) {
+    constexpr int kLongest = 86400;
+    std::string_view text = arg;
+    int seconds = 0;
+    auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    if (text.empty() || error != std::errc() || end != text.data() + text.size() || seconds < 0 ||
+        seconds > kLongest) {
+        outMessage(0, "Unable to set --timeout option, not a number of seconds up to %d: (%s)\n",
+                   kLongest, arg);
+        return kBadOption;
+    }
+    launch.stopTimeout = seconds;
+    trace("Enabled --timeout option, %d s\n", seconds);
+    return 0;
+}
+
+int set_stop_signal(LaunchSettings& launch, char* arg) {
+    int number = signal_number(arg);
+    if (number == 0) {
+        outMessage(0, "Unable to set --signal option, not a signal name kill -l lists: (%s)\n",
+                   arg);
+        return kBadOption;
+    }
+    launch.stopSignal = number;
+    trace("Enabled --signal option, signal %d\n", number);
+    return 0;
+}
+
+int add_rlimit(LaunchSettings& launch, char* arg) { return parse_rlimit(launch, arg); }
 
 }  // namespace qorvel

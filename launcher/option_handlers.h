@@ -33,5 +33,10 @@ int set_pidfile(LaunchSettings& launch, char* value);               // --pidfile
 int set_password_file(LaunchSettings& launch, char* value);         // --password-file
 int set_dry_run(LaunchSettings& launch, char* value);               // --dry-run
 int set_no_password_check(LaunchSettings& launch, char* value);     // --no-password-check
+int set_stop(LaunchSettings& launch, char* value);                  // --stop
+int set_status(LaunchSettings& launch, char* value);                // --status
+int set_timeout(LaunchSettings& launch, char* value);               // --timeout
+int set_stop_signal(LaunchSettings& launch, char* value);           // --signal
+int add_rlimit(LaunchSettings& launch, char* value);                // --rlimit
 
 }  // namespace qorvel

@@ -61,6 +61,16 @@ constexpr OptionRow kRows[] = {
                 "check what the start checks, print what it would use, start nothing"),
     long_option("no-password-check", false, set_no_password_check, "--no-password-check",
                 "as root, switch to -u's user without its password"),
+    long_option("rlimit", true, add_rlimit, "--rlimit=NAME=SOFT[:HARD]",
+                "resource limit of the JVM (core, nofile, nproc...), set before -u; repeatable"),
+    long_option("stop", false, set_stop, "--stop",
+                "with --pidfile: signal its process (group), SIGKILL after --timeout"),
+    long_option("timeout", true, set_timeout, "--timeout=SECONDS",
+                "--stop: seconds to wait before SIGKILL (default 30)"),
+    long_option("signal", true, set_stop_signal, "--signal=NAME",
+                "--stop: the first signal, as kill -l names it (default TERM)"),
+    long_option("status", false, set_status, "--status",
+                "with --pidfile: 0 running (its pid shown), 1 stale file, 3 no file"),
 };
 
 // The option string the launcher has always taken. Each letter row, written

@@ -48,9 +48,11 @@ int open_directory(const std::string& file) {
     return pending.dir == -1 ? errno : 0;
 }
 
-// The id on the first line of `name`, or 0 when there is none to be read.
-pid_t pid_in(const std::string& name) {
+// The id on the first line of `name`, or 0 when there is none to be read;
+// `open_error` gets the errno of an open that failed.
+pid_t pid_in(const std::string& name, int* open_error = nullptr) {
     int fd = openat(pending.dir, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (fd == -1 && open_error) *open_error = errno;
     if (fd == -1) return 0;
     char text[24];
     ssize_t length = read(fd, text, sizeof text);
@@ -176,5 +178,25 @@ void discard_pidfile() {
 }
 
 void remove_pidfile(pid_t child) { remove_if_naming(child); }
+
+PidfileOwner find_owner(const std::string& file) {
+    PidfileOwner owner;
+    owner.error = open_directory(file);
+    if (owner.error == ENOENT) owner.error = 0;  // no directory, no file
+    if (owner.error == 0 && pending.dir != -1) {
+        int open_error = 0;
+        pid_t pid = pid_in(pending.name, &open_error);
+        owner.exists = open_error != ENOENT;
+        if (owner.exists) owner.error = open_error;
+        if (pid != 0 && pid != getpid()) owner.pid = query_PID(pid);
+    }
+    discard_pidfile();
+    return owner;
+}
+
+void remove_pidfile_of(const std::string& file, pid_t pid) {
+    if (open_directory(file) == 0) remove_if_naming(pid);
+    discard_pidfile();
+}
 
 }  // namespace qorvel

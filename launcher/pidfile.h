@@ -37,6 +37,17 @@ void leave_pidfile_to_child();
 // after prepare_pidfile.
 void discard_pidfile();
 
+// What --stop and --status find in a pid file (absolute).
+struct PidfileOwner {
+    int error = 0;        // errno when it could not be read; a missing directory is no file
+    bool exists = false;  // the file is there
+    pid_t pid = 0;        // the running process it names; 0 for a stale file
+};
+PidfileOwner find_owner(const std::string& file);
+
+// After --stop: removes `file` while it still names `pid`, which has ended.
+void remove_pidfile_of(const std::string& file, pid_t pid);
+
 // The waiting parent, once the child has ended: removes the pid file while it
 // still names that child, never a file another instance has taken over since.
 void remove_pidfile(pid_t child);

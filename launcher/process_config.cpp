@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "launcher/console.h"
+#include "launcher/control.h"
 #include "launcher/daemon.h"
 #include "launcher/dry_run.h"
 #include "launcher/environment.h"
@@ -15,6 +16,7 @@
 #include "launcher/option_loop.h"
 #include "launcher/password_file.h"
 #include "launcher/pidfile.h"
+#include "launcher/rlimits.h"
 
 namespace qorvel {
 namespace {
@@ -105,6 +107,7 @@ int check_only(LaunchSettings& launch, const Command& command) {
     Identity identity;
     int rc = try_work_dir(launch.workDir);
     if (rc == 0) rc = read_password_file(launch);
+    if (rc == 0) rc = apply_rlimits(launch);  // to this process alone, which ends here
     if (rc == 0) rc = check_pidfile(launch.pidfile);
     if (rc == 0 && daemon_asked(launch)) rc = daemon_failed(check_child_start(launch, identity));
     if (rc == 0) rc = enter_work_dir(launch.workDir);
@@ -120,6 +123,9 @@ int run(LaunchSettings& launch, const Command& command) {
     if (launch.dryRun) return check_only(launch, command);
     if (int rc = try_work_dir(launch.workDir)) return rc;
     if (int rc = read_password_file(launch)) return rc;
+    // Before the fork, so a refused limit stops the launch before anything
+    // starts, and before the identity switch, so root may raise a hard one.
+    if (int rc = apply_rlimits(launch)) return rc;
     if (int rc = prepare_pidfile(launch.pidfile)) return rc;
     int rc = start(launch, command);
     discard_pidfile();  // reached only when the JVM did not start
@@ -132,11 +138,13 @@ int run(LaunchSettings& launch, const Command& command) {
 int processConfig(int argc, char** argv, const OptionParser& parser, LaunchSettings& launch) {
     remember_environment();
     int rc = scan_options(parser, argv, launch);
+    if (rc == 0) rc = check_control_options(parser, argc, argv, launch);
     if (rc == kBadOption) {
         trace("Bad option specified.\n");
         usage();
     }
     if (rc != 0) return rc;
+    if (launch.control != Control::kLaunch) return run_control(launch);
     return run(launch, {argc - parser.command(), argv + parser.command()});
 }
 

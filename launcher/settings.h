@@ -2,9 +2,12 @@
 // passed down to each step of the launch. Each field names who writes it.
 #pragma once
 
+#include <sys/resource.h>
+
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace qorvel {
 
@@ -23,6 +26,18 @@ struct JvmSettings {
     HeapText classpath, jvmargs, policyfile;
 };
 
+// One --rlimit: a resource and the limits it gets before the identity switch.
+struct ResourceLimit {
+    int resource;      // RLIMIT_...
+    const char* name;  // as --rlimit names it
+    rlim_t soft;
+    rlim_t hard;
+    bool hard_given;  // without it the hard limit stays as inherited
+};
+
+// What the run does: a launch, or one of the pid-file commands.
+enum class Control { kLaunch, kStop, kStatus };
+
 struct LaunchSettings {
     char osname[kPathFieldSize] = "";  // main: the system's name, empty when unknown
     bool daemon = false;               // -d
@@ -40,6 +55,10 @@ struct LaunchSettings {
     const char* passwordFile = nullptr;      // --password-file, pointing into argv
     bool dryRun = false;                     // --dry-run
     bool noPasswordCheck = false;            // --no-password-check (superuser only)
+    Control control = Control::kLaunch;      // --stop, --status
+    int stopTimeout = 30;                    // --timeout: seconds before KILL
+    int stopSignal = 15;                     // --signal: the first signal of --stop (TERM)
+    std::vector<ResourceLimit> rlimits;      // --rlimit: one per resource, the last one given
 };
 
 }  // namespace qorvel

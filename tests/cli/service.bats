@@ -81,7 +81,7 @@ CASES
   run --separate-stderr "$QORVEL" --help
   [ "$status" -eq 0 ]
   [ "$(sed -n 3p <<<"$output")" = "Usage: qorvel [options] program [program arguments]" ]
-  [ "$(grep -c '^  -' <<<"$output")" -eq 21 ]
+  [ "$(grep -c '^  -' <<<"$output")" -eq 26 ]
   for words in '-d --help' '--pidfile -d' --no-such-option; do
     run --separate-stderr "$QORVEL" $words java Main
     [ "$status" -eq 248 ] || { echo "$words: $status"; false; }

@@ -1,7 +1,7 @@
 #!/bin/bash
 # Stands in for the JVM in the launcher's tests: prints what it was started with
-# as "key=value" lines (arg[N], env=NAME=value, its process state, descriptors,
-# ignored and blocked signals, parent's arguments), and "stdin=" lines with
+# as "key=value" lines (arg[N], env=NAME=value, its process state, descriptors
+# and their limit, ignored and blocked signals, parent's arguments), and "stdin=" lines with
 # --read-stdin. With --wait-signals it prints "ready", reports signals for 20 s
 # and dies of TERM, INT and HUP. It writes "fake_jvm stderr" on standard error
 # and exits with the status after --exit.
@@ -18,6 +18,7 @@ echo "pid=$$" "ppid=$PPID" "sid=${stat[5]}" | tr ' ' '\n'
 printf 'uid=%s\neuid=%s\ngid=%s\negid=%s\n' "$(id -ru)" "$(id -u)" "$(id -rg)" "$(id -g)"
 echo "groups=$(sed -n 's/^Groups:\s*//p' /proc/$$/status | xargs | tr ' ' ,)"
 echo "fds=$(ls /proc/$$/fd | sort -n | paste -sd,)"
+echo "nofile=$(ulimit -Sn):$(ulimit -Hn)"  # RLIMIT_NOFILE, soft:hard
 sed -n 's/^Sig\(Ign\|Blk\):\s*/sig\L\1=/p' /proc/$$/status  # sigign= and sigblk= masks
 echo "parent_args=$(tr '\0' ' ' </proc/$PPID/cmdline)"
 if [[ " ${words[*]} " == *" --read-stdin "* ]]; then
