@@ -6,11 +6,11 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "launcher/console.h"
+#include "util/bounded_text.h"
 
 namespace qorvel {
 
@@ -27,15 +27,15 @@ void notify_ready(pid_t main) {
     std::size_t length = std::strlen(name);
     int code = ENAMETOOLONG;
     if (length < sizeof address.sun_path) {
-        std::memcpy(address.sun_path, name, length);
+        bounded_copy(address.sun_path, name);
         if (address.sun_path[0] == '@') address.sun_path[0] = '\0';  // an abstract name
         char text[64];
-        int size =
-            std::snprintf(text, sizeof text, "MAINPID=%d\nREADY=1\n", static_cast<int>(main));
+        bounded_format(text, sizeof text, "MAINPID=%d\nREADY=1\n", static_cast<int>(main));
+        auto size = static_cast<ssize_t>(std::strlen(text));
         int fd = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
         auto address_size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + length);
         bool sent =
-            fd != -1 && sendto(fd, text, static_cast<std::size_t>(size), MSG_NOSIGNAL,
+            fd != -1 && sendto(fd, text, std::strlen(text), MSG_NOSIGNAL,
                                reinterpret_cast<const sockaddr*>(&address), address_size) == size;
         code = sent ? 0 : errno;
         if (fd != -1) close(fd);

@@ -8,7 +8,9 @@
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <memory>
+#include <sstream>
 #include <string_view>
 
 #include "launcher/console.h"
@@ -48,21 +50,46 @@ int open_directory(const std::string& file) {
     return pending.dir == -1 ? errno : 0;
 }
 
-// The id on the first line of `name`, or 0 when there is none to be read;
-// `open_error` gets the errno of an open that failed.
+// When `pid` started, in seconds since the epoch; 0 when unknown.
+long started_at(pid_t pid) {
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    if (!std::getline(stat, line) || line.rfind(')') == std::string::npos) return 0;
+    std::istringstream fields(line.substr(line.rfind(')') + 2));
+    std::string field;
+    for (int i = 3; i < 22 && fields >> field;) ++i;  // state is field 3, start time 22
+    unsigned long long ticks = 0;
+    std::ifstream boot("/proc/stat");
+    std::string word;
+    long boot_time = 0;
+    while (boot >> word && word != "btime") {
+    }
+    if (!(fields >> ticks) || !(boot >> boot_time)) return 0;
+    return boot_time +
+           static_cast<long>(ticks / static_cast<unsigned long long>(sysconf(_SC_CLK_TCK)));
+}
+
+// The id on the first line of `name`, or 0 when there is none to be read or
+// when the process it names started after the file was written: the id was
+// reused, and signalling that process would hit a stranger. `open_error`
+// gets the errno of an open that failed.
 pid_t pid_in(const std::string& name, int* open_error = nullptr) {
     int fd = openat(pending.dir, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
     if (fd == -1 && open_error) *open_error = errno;
     if (fd == -1) return 0;
     char text[24];
     ssize_t length = read(fd, text, sizeof text);
+    struct stat info {};
+    bool dated = fstat(fd, &info) == 0;
     close(fd);
     if (length <= 0) return 0;
     const char* end = text + length;
     pid_t pid = 0;
     auto [stop, error] = std::from_chars(text, end, pid);
     bool whole = error == std::errc() && (stop == end || *stop == '\n');
-    return whole && pid > 0 ? pid : 0;
+    if (!whole || pid <= 0) return 0;
+    constexpr long kClockSlack = 2;  // the boot time /proc gives is rounded to the second
+    return dated && started_at(pid) > info.st_mtime + kClockSlack ? 0 : pid;
 }
 
 // Another process the pid file names and that still runs, or 0 for a stale

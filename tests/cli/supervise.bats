@@ -43,7 +43,7 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   [ "$status:$stderr" = "0:Nothing running: pid file ($PWD/app.pid) names no running process" ]
 }
 
-@test "--status: 0 running with its pid, 1 for a stale file, 3 without one" {
+@test "--status: 0 running with its pid, 1 for a stale file or a reused id, 3 without one" {
   while IFS='|' read -r content code message; do
     rm -f app.pid && eval "$content"
     run --separate-stderr "$QORVEL" --status --pidfile=app.pid
@@ -52,6 +52,7 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   done <<'CASES'
 echo $$ > app.pid|0|running (pid $$)
 echo 99999999 > app.pid|1|not running: pid file ($PWD/app.pid) names no running process
+echo $$ > app.pid; touch -d '1 hour ago' app.pid|1|not running: pid file ($PWD/app.pid) names no running process
 :|3|not running: no pid file ($PWD/app.pid)
 CASES
 }
