@@ -4,16 +4,11 @@
 # start as seen from outside: the parent's exit, the child's session and umask,
 # and the refusals that stop the start before the fork.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
-setup() {
-  cd "$BATS_TEST_TMPDIR"
-  export JREHOME=/opt/jre VTX=/opt/app
-  unset QV_UNSET CLASSPATH QRB_AUTH_DEBUG
-}
+setup() { common_setup; }
 
 # The value the stand-in printed for `key` (first match).
-seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 # Its whole argument vector, the words joined by "|".
 jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
 
@@ -21,7 +16,7 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   export QV_WORD=expanded
   run --separate-stderr "$QORVEL" -g -l dbg.log -c '/cp/${QV_WORD}.jar' "$FAKE_JVM" one '$QV_WORD' '${QV_WORD}x' 'a b'
   [ "$status" -eq 0 ]
-  [ "$(jvm_words)" = "$FAKE_JVM|one|expanded|expandedx|a b" ]
+  eq "$(jvm_words)" "$FAKE_JVM|one|expanded|expandedx|a b"
   [ "$(seen 'env=CLASSPATH' <<<"$output")" = /cp/expanded.jar ]
   pid=$(seen pid <<<"$output")
   [ "$stderr" = "processid $pid"$'\n'"completed"$'\n'"fake_jvm stderr" ]
@@ -43,13 +38,13 @@ jvm_words() { sed -n 's/^arg\[[0-9]*\]=//p' <<<"$output" | paste -sd'|'; }
   ! grep -q '^env=PATH=' <<<"$output" || false
   # With it, a missing or overlong one ends the run before anything starts.
   run --separate-stderr env -u JREHOME "$QORVEL" "$FAKE_JVM"
-  [ "$status:$stderr" = "247:Unabled to get JREHOME environment variable. This is required for proper operation
-Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with PATH unset neither JREHOME nor VTX is needed" ]
+  eq "$status:$stderr" "247:Unabled to get JREHOME environment variable. This is required for proper operation
+Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with PATH unset neither JREHOME nor VTX is needed"
   run --separate-stderr env -u VTX "$QORVEL" -d "$FAKE_JVM"
   [ "$status:$(sed -n 1p <<<"$stderr")" = "246:Unabled to get VTX environment variable. This is required for proper operation" ]
   run --separate-stderr env JREHOME="/$(head -c 1100 /dev/zero | tr '\0' j)" "$QORVEL" "$FAKE_JVM"
-  [ "$status:$stderr" = "247:Unable to add JAVA and VTX directories to PATH: JREHOME is too long" ]
-  [ "$output" = "" ]
+  eq "$status:$stderr" "247:Unable to add JAVA and VTX directories to PATH: JREHOME is too long"
+  eq "$output" ""
 }
 
 @test "-e: up to 60 lines become variables in order, unusable ones are reported, the rest is the JVM's" {
@@ -89,10 +84,10 @@ Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with
   printf 'from file\n' > work/in.txt
   export QV_WORK="$BATS_TEST_TMPDIR/work" QV_OUT=out
   "$QORVEL" -w '$QV_WORK' --pidfile=p.pid -0 in.txt -1 '${QV_OUT}.txt' -2 err.txt "$FAKE_JVM" --read-stdin 0<&- 1>&- 2>&-
-  [ "$(seen 'arg\[0\]' work/out.txt)" = "$FAKE_JVM" ]
-  [ "$(seen cwd work/out.txt)" = "$BATS_TEST_TMPDIR/work" ]
-  [ "$(seen stdin work/out.txt)" = "from file" ]
-  [ "$(cat work/err.txt)" = "fake_jvm stderr" ]
+  eq "$(seen 'arg\[0\]' work/out.txt)" "$FAKE_JVM"
+  eq "$(seen cwd work/out.txt)" "$BATS_TEST_TMPDIR/work"
+  eq "$(seen stdin work/out.txt)" "from file"
+  eq "$(cat work/err.txt)" "fake_jvm stderr"
   [ -e p.pid ]  # named from the launch directory
   # One that cannot be entered stops the launch before the pid file or the daemon child.
   touch afile
@@ -111,13 +106,13 @@ CASES
   run bash -c "umask 022; '$QORVEL' -1 over.txt -2 new.txt '$FAKE_JVM'"
   [ "$status" -eq 0 ]
   [ "$(stat -c %s over.txt)" -eq 100000 ]
-  [ "$(head -c 7 over.txt)$(tail -c 3 over.txt)" = "arg[0]=xxx" ]
+  eq "$(head -c 7 over.txt)$(tail -c 3 over.txt)" "arg[0]=xxx"
   [ "$(stat -c %a new.txt)" = 644 ]
   # What follows "::" is never expanded, and append sticks to a later -2 without it.
   printf 'old line\n' > out.txt
   run "$QORVEL" -1 'out.txt::append' -2 'other.txt::$QV_UNSET' -2 out.txt "$FAKE_JVM"
   [ "$status" -eq 0 ]
-  [ "$(sed -n '1p;2p;$p' out.txt | paste -sd'|')" = "old line|arg[0]=$FAKE_JVM|fake_jvm stderr" ]
+  eq "$(sed -n '1p;2p;$p' out.txt | paste -sd'|')" "old line|arg[0]=$FAKE_JVM|fake_jvm stderr"
   [ ! -e other.txt ]
 }
 
@@ -169,7 +164,7 @@ expect_failure() {
   [ "$status" -eq 0 ]
   # Wait until the detached child has written its last line.
   for _ in $(seq 1 100); do grep -q '^groups=' out.txt 2>/dev/null && break; sleep 0.05; done
-  [ "$(seen sid out.txt)/$(seen umask out.txt)" = "$(seen pid out.txt)/0027" ]
+  eq "$(seen sid out.txt)/$(seen umask out.txt)" "$(seen pid out.txt)/0027"
   [ "$(seen ppid out.txt)" != "$$" ]
   run --separate-stderr bash -c "umask 022; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
   [ "$status" -eq 4 ]
@@ -182,14 +177,14 @@ expect_failure() {
   [ "$status" -eq 3 ]
   [ "$(seen umask out.txt)" = 0027 ]
   [ "$(stat -c %a out.txt)" = 640 ]
-  [ "$(seen sid out.txt)" = "$(seen pid out.txt)" ]
+  eq "$(seen sid out.txt)" "$(seen pid out.txt)"
   grep -qxF "FCN: child_start() - Start process as a background daemon" dbg.log
   grep -qxF "Waiting for process to exit..." dbg.log
   grep -qxF "Process has exited, rc = 768, exit status = 3" dbg.log
   grep -qxF "running daemon mode" dbg.log
   # Without a command the daemon child says so and exits 245.
   run --separate-stderr "$QORVEL" -d -s
-  [ "$status:$stderr" = "245:Incomplete argument list. No action taken" ]
+  eq "$status:$stderr" "245:Incomplete argument list. No action taken"
 }
 
 @test "a group that is unknown or the superuser's stops the start with 9, an unknown user with 67" {

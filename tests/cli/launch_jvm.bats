@@ -2,7 +2,7 @@
 # End to end with the real JVM: qorvel starts the machine's java on a class
 # compiled here, and the class reports what it received.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
 setup_file() {
   command -v javac >/dev/null || { echo "javac is needed (scripts/install-deps)" >&2; return 1; }
@@ -11,7 +11,7 @@ setup_file() {
 }
 
 setup() {
-  cd "$BATS_TEST_TMPDIR"
+  common_setup
   JREHOME=$(dirname "$(dirname "$(readlink -f "$(command -v java)")")")
   export JREHOME VTX=/opt/qv-app
 }
@@ -25,7 +25,7 @@ setup() {
     java -Dqorvel.greeting='hello ${QV_NAME}' ShowLaunch one '$QV_NAME' <<<'DEMO_USER=${QV_WHO}-demo'
   [ "$status" -eq 0 ]
   [[ "$stderr" =~ ^processid\ [0-9]+$'\n'completed$ ]]
-  [ "$(cat run/err.txt)" = "ShowLaunch done" ]
+  eq "$(cat run/err.txt)" "ShowLaunch done"
   diff -u - run/out.txt <<EOF
 arg[0]=one
 arg[1]=world

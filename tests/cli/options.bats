@@ -2,11 +2,11 @@
 # The option scan as a user meets it: exit status, exact console bytes, and the
 # debug log of -g with its banner, argument dump (the -u value masked) and trace.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
 setup() {
-  cd "$BATS_TEST_TMPDIR"
-  unset QV_UNSET JREHOME
+  common_setup
+  unset JREHOME
 }
 
 usage_text() {
@@ -71,7 +71,7 @@ CASES
 
 @test "-o stdout tags the lines, another destination shows nothing, silent mode shows -u errors" {
   run --separate-stderr "$QORVEL" -o stdout -c '$QV_UNSET' java Main
-  [ "$status:$stderr" = "254:" ]
+  eq "$status:$stderr" "254:"
   [ "$output" = '!+0099%Unabled to set -c <classpath> option, error in argument: ($QV_UNSET)' ]
   for destination in none STDERR; do
     run --separate-stderr "$QORVEL" -o "$destination" -c '$QV_UNSET' java Main
@@ -150,5 +150,5 @@ EOF
   grep -qx 'Enabled -m option, SILENT_MODE' qorvel.log
   ! grep -q secret qorvel.log || false
   masked='<user group password not shown>'
-  [ "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" = "(-u) ($masked) (-u$masked) (-du) ($masked)" ]
+  eq "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" "(-u) ($masked) (-u$masked) (-du) ($masked)"
 }

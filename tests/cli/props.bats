@@ -3,10 +3,10 @@
 # a value for a script, the findings of check, a service record, the
 # launcher's view, a diff, the JSON of every command and the completion.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
 setup() {
-  cd "$BATS_TEST_TMPDIR"
+  common_setup
   unset QV_PROPS_UNSET QORVEL_DEMO_CLASSES QORVEL_DEMO_POLICY
   printf '[Srv]\ncp=base.jar\nopts=-Xmx1g\n[Srv.Prod]\ncp=prod.jar,\n   more.jar\n[Srv.Prod.Linux]\nopts=-Xmx4g\n' > app.properties
 }
@@ -14,23 +14,23 @@ setup() {
 @test "show lists each level found or absent and each value with the level and line it came from" {
   run --separate-stderr "$QORVEL_PROPS" show app.properties Srv.Prod.Linux
   [ "$status" -eq 0 ]
-  [ "$output" = "level Srv: line 1
+  eq "$output" "level Srv: line 1
 level Srv.Prod: line 4
 level Srv.Prod.Linux: line 7
 cp = prod.jar, more.jar  [Srv.Prod:5]
-opts = -Xmx4g  [Srv.Prod.Linux:8]" ]
+opts = -Xmx4g  [Srv.Prod.Linux:8]"
   run --separate-stderr "$QORVEL_PROPS" show app.properties Svr.Prod
   [ "$status:$output" = "1:level Svr: absent"$'\n'"level Svr.Prod: absent" ]
-  [ "$stderr" = "qorvel-props: no level of Svr.Prod is in app.properties" ]
+  eq "$stderr" "qorvel-props: no level of Svr.Prod is in app.properties"
 }
 
 @test "get gives a script the resolved value alone, or 1 when no level sets the key" {
   cp=$("$QORVEL_PROPS" get app.properties Srv.Prod cp)
-  [ "$cp" = "prod.jar, more.jar" ]
+  eq "$cp" "prod.jar, more.jar"
   run --separate-stderr "$QORVEL_PROPS" get app.properties Srv.Prod nokey
-  [ "$status:$output:$stderr" = "1::qorvel-props: nokey is set in no level of Srv.Prod" ]
+  eq "$status:$output:$stderr" "1::qorvel-props: nokey is set in no level of Srv.Prod"
   run --separate-stderr "$QORVEL_PROPS" get missing.properties Srv cp
-  [ "$status:$stderr" = "2:qorvel-props: cannot read missing.properties: no such file here, and VTX is unset, so \$VTX/properties was not searched" ]
+  eq "$status:$stderr" "2:qorvel-props: cannot read missing.properties: no such file here, and VTX is unset, so \$VTX/properties was not searched"
   mkdir -p "$BATS_TEST_TMPDIR/vtx/properties" && cp app.properties "$BATS_TEST_TMPDIR/vtx/properties/elsewhere.properties"
   [ "$(VTX="$BATS_TEST_TMPDIR/vtx" "$QORVEL_PROPS" get elsewhere.properties Srv cp)" = "base.jar" ]
 }
@@ -38,21 +38,21 @@ opts = -Xmx4g  [Srv.Prod.Linux:8]" ]
 @test "an operand that is no regular file gets one message, and the others are still read" {
   mkdir dir && mkfifo fifo
   run --separate-stderr timeout 10 "$QORVEL_PROPS" check dir fifo /dev/zero app.properties
-  [ "$status:$output" = "2:" ]
-  [ "$stderr" = "qorvel-props: cannot read dir: Is a directory
+  eq "$status:$output" "2:"
+  eq "$stderr" "qorvel-props: cannot read dir: Is a directory
 qorvel-props: cannot read fifo: not a regular file
-qorvel-props: cannot read /dev/zero: not a regular file" ]
+qorvel-props: cannot read /dev/zero: not a regular file"
 }
 
 @test "sections lists the headers the library enumerates and marks those no search reaches" {
   printf '[B]x\n[[C]]\n[Desktop Entry]\n[srv.a]\n[b]\n[SRV.a]\n' > h.properties
   run "$QORVEL_PROPS" sections -l h.properties
-  [ "$output" = "    1  B  (no search reaches it)
+  eq "$output" "    1  B  (no search reaches it)
     2  [C  (no search reaches it)
     3  Desktop Entry  (no search reaches it)
     4  srv.a
     5  b
-    6  SRV.a  (no search reaches it)" ]
+    6  SRV.a  (no search reaches it)"
   [ "$("$QORVEL_PROPS" sections h.properties SRV | paste -sd,)" = "srv.a,SRV.a" ]
 }
 
@@ -89,7 +89,7 @@ EOF
   run "$QORVEL_PROPS" check app.properties "$QORVEL_SOURCE_DIR/examples/properties/JavaTools.properties"
   [ "$status:$output" = "0:" ]  # the shipped example, in a default environment
   QORVEL_DEMO_CLASSES=/c run "$QORVEL_PROPS" check "$QORVEL_SOURCE_DIR/examples/properties/JavaTools.properties"
-  [ "$status:$output" = "0:" ]
+  eq "$status:$output" "0:"
 }
 
 @test "service reads a broker through the library and prints its 55 fields in table order, also as JSON" {
@@ -157,13 +157,13 @@ EOF
   printf '[J]\nclasspath=a.jar,b.jar\njvmargs=-Xmx1g\n[J.%s]\npolicyfile=/p\n[K]\na=%s\njvmargs=!{value-of:a}!{value-of:a}!{value-of:a}\n' \
     "$(uname -s)" "$a" > launch.properties
   run env -u PATH "$QORVEL" --dry-run -a launch.properties::J /bin/true
-  [ "${lines[0]}" = "/bin/true -classpath a.jar:b.jar -Xmx1g -Djava.security.policy=/p" ]
+  eq "${lines[0]}" "/bin/true -classpath a.jar:b.jar -Xmx1g -Djava.security.policy=/p"
   run "$QORVEL_PROPS" show --launch launch.properties J
-  [ "$output" = "level J: line 1
+  eq "$output" "level J: line 1
 level J.$(uname -s): line 4
 classpath = a.jar:b.jar  [J:2]
 jvmargs = -Xmx1g  [J:3]
-policyfile = /p  [J.$(uname -s):5]" ]
+policyfile = /p  [J.$(uname -s):5]"
   run --separate-stderr env -u PATH "$QORVEL" --dry-run -a launch.properties::K /bin/true
   [[ "$status" -ne 0 && "$stderr" == *"(jvmargs) is longer than 2047 characters"* ]]
   run --separate-stderr "$QORVEL_PROPS" show --launch launch.properties K
@@ -190,5 +190,5 @@ EOF
     COMP_WORDS=(qorvel-props show app.properties Srv.P) COMP_CWORD=3 COMP_LINE="${COMP_WORDS[*]}"
     COMP_POINT=${#COMP_LINE}
     _qorvel_props qorvel-props Srv.P app.properties; echo "${COMPREPLY[*]}"' - "$QORVEL_SOURCE_DIR"
-  [ "$output" = "Srv.Prod Srv.Prod.Linux" ]
+  eq "$output" "Srv.Prod Srv.Prod.Linux"
 }

@@ -3,23 +3,16 @@
 # nobody reads, a waiting parent that passes signals on, the pid file, and the
 # long options --help, --version, --dry-run; a warning, and values that do not fit.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
-setup() {
-  cd "$BATS_TEST_TMPDIR"
-  export JREHOME=/opt/jre VTX=/opt/app
-  unset QV_UNSET CLASSPATH
-}
+setup() { common_setup; }
 
-seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 
-# Waits until `file` has a line matching `pattern`.
-wait_for() { for _ in $(seq 1 100); do grep -q "$2" "$1" 2>/dev/null && return; sleep 0.05; done; false; }
 
 @test "the JVM inherits only the caller's descriptors and default signals; a new debug log is private" {
   "$FAKE_JVM" > direct.txt
   "$QORVEL" -g -l dbg.log -1 out.txt "$FAKE_JVM"
-  [ "$(seen fds out.txt)" = "$(seen fds direct.txt)" ]
+  eq "$(seen fds out.txt)" "$(seen fds direct.txt)"
   [ "$(stat -c %a dbg.log)" = 600 ]
   # A console that is a pipe nobody reads ends neither the launch nor the JVM's defaults.
   python3 -c 'import os, subprocess, sys
@@ -39,7 +32,7 @@ sys.exit(subprocess.run(sys.argv[1:], stderr=w).returncode)' "$QORVEL" -1 piped.
 @test "a waiting parent passes signals on, exits 128+N when one ends the child, and removes its pid file" {
   "$QORVEL" -d -s --pidfile=app.pid -1 out.txt "$FAKE_JVM" --wait-signals & parent=$!
   wait_for out.txt '^ready'
-  [ "$(cat app.pid)" = "$(seen pid out.txt)" ]
+  eq "$(cat app.pid)" "$(seen pid out.txt)"
   [ "$(stat -c %a app.pid)" = 644 ]
   [ -z "$(ls -l /proc/$parent/fd | grep 'app\.pid')" ]  # the parent holds no descriptor on it
   kill -USR1 $parent
@@ -97,7 +90,7 @@ CASES
   [ "$(sed -n 1,3p <<<"$output")" = "$FAKE_JVM 'a b' 'it'\\''s' plain"$'\n'"QV_SECRET=<value not shown>"$'\n'"CLASSPATH=/cp" ]
   [ "$(grep -E '^(mode|umask|directory|stdout|pid file):' <<<"$output" | paste -sd'|')" = "mode: daemon|umask: 0027|directory: $PWD|stdout: out.txt (append)|pid file: $PWD/app.pid" ]
   run --separate-stderr "$QORVEL" --dry-run "$FAKE_JVM" '$QV_UNSET'
-  [ "$status:$output" = "22:" ]
+  eq "$status:$output" "22:"
 }
 
 @test "--dry-run fails where the start would, with its status, and makes nothing" {
@@ -126,7 +119,7 @@ CASES
   run --separate-stderr "$QORVEL" -a app.properties::Srv.Prod -1 out.txt "$FAKE_JVM"
   [ "$status:$(grep ^Warning <<<"$stderr")" = "0:Warning: section (Srv.Prod) is not in file (app.properties)" ]
   run --separate-stderr "$QORVEL" -m silent -a app.properties::Srv -1 out.txt -2 err.txt "$FAKE_JVM"
-  [ "$status:$stderr" = "0:" ]
+  eq "$status:$stderr" "0:"
   export QV_LONG=$(head -c 2048 /dev/zero | tr '\0' v)
   while IFS='|' read -r code options words message; do
     run --separate-stderr "$QORVEL" $options -1 out.txt "$FAKE_JVM" $words

@@ -3,18 +3,11 @@
 # --status on the pid file, --rlimit, orphans reaped by the waiting parent,
 # and readiness sent to NOTIFY_SOCKET.
 
-bats_require_minimum_version 1.5.0
+load ../lib/common
 
-setup() {
-  cd "$BATS_TEST_TMPDIR"
-  export JREHOME=/opt/jre VTX=/opt/app
-  unset NOTIFY_SOCKET
-}
+setup() { common_setup; }
 
-seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }
 
-# Waits until `file` has a line matching `pattern`.
-wait_for() { for _ in $(seq 1 100); do grep -q "$2" "$1" 2>/dev/null && return; sleep 0.05; done; false; }
 # The children of process $1, and those of them that are zombies.
 children() { cat /proc/"$1"/task/*/children 2>/dev/null; }
 zombies() { for pid in $(children "$1"); do sed -n 's/.*) Z .*/'"$pid"'/p' /proc/"$pid"/stat; done; }
@@ -25,7 +18,7 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   "$QORVEL" -d -s --pidfile=app.pid -1 out.txt "$FAKE_JVM" --wait-signals & parent=$!
   wait_for out.txt '^ready'
   run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
-  [ "$status:$stderr" = "0:Stopped pid $(seen pid out.txt) (SIGTERM)" ]
+  eq "$status:$stderr" "0:Stopped pid $(seen pid out.txt) (SIGTERM)"
   status=0; wait $parent || status=$?
   [ "$status" -eq 143 ] && grep -qx 'signal=15' out.txt && [ ! -e app.pid ]
   # A JVM deaf to TERM, with a child of its group that is too: both get KILL.
@@ -37,10 +30,10 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   [[ "$stderr" == *"still runs 2 s after SIGTERM: sending SIGKILL"*"(SIGKILL)" ]]
   ! running "$(cat child)" || false
   run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
-  [ "$status:$stderr" = "0:Nothing running: no pid file ($PWD/app.pid)" ]
+  eq "$status:$stderr" "0:Nothing running: no pid file ($PWD/app.pid)"
   echo 99999999 > app.pid
   run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
-  [ "$status:$stderr" = "0:Nothing running: pid file ($PWD/app.pid) names no running process" ]
+  eq "$status:$stderr" "0:Nothing running: pid file ($PWD/app.pid) names no running process"
 }
 
 @test "--status: 0 running with its pid, 1 for a stale file or a reused id, 3 without one" {

@@ -4,6 +4,8 @@
 # here with the system's own tools. Each test runs in its own sticky,
 # world-writable directory under /tmp, as the test users would find one.
 
+load ../lib/common
+
 mount_test_accounts() {
   if [ "$(readlink /proc/self/ns/mnt)" = "$(readlink /proc/1/ns/mnt)" ]; then
     echo "refusing to bind-mount account files outside a private mount namespace" >&2
@@ -53,8 +55,7 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
 }
 
 setup() {
-  export JREHOME=/opt/jre VTX=/opt/app
-  unset QRB_AUTH_DEBUG QRB_AUTH_DEBUG_FILE
+  common_setup
   # Reachable by the test users after the switch.
   work=$(mktemp -d /tmp/qv-identity.XXXXXX)
   mkdir "$work/run"
@@ -74,4 +75,3 @@ setup_file() { mount_test_accounts; }
 
 teardown_file() { unmount_test_accounts; }
 
-seen() { sed -n "s/^$1=//p" "${2:-/dev/stdin}" | head -n1; }

@@ -4,8 +4,6 @@
 # protections are switched off where the machine allows it, so what is proved
 # is the launcher's rule, not the sysctl's.
 
-bats_require_minimum_version 1.5.0
-
 load common
 
 setup_file() {

@@ -2,8 +2,6 @@
 # Password check and identity switch against real account databases (see
 # common.bash).
 
-bats_require_minimum_version 1.5.0
-
 load common
 
 # Every hash method: the child runs as the user, in the group, with no group of root left,
@@ -73,7 +71,7 @@ an_e_line_keeps_its_home|-s -e 1 -u carol::sha-pass|0|2003|/custom:carol:carol
 no_switch_keeps_the_callers|-s -u root|0|0|/caller:caller:caller
 CASES
   run --separate-stderr "$QORVEL" -m silent -u nosuchuser:: "$FAKE_JVM"
-  [ "$status:$stderr" = "67:Unknown user nosuchuser: nothing started" ]
+  eq "$status:$stderr" "67:Unknown user nosuchuser: nothing started"
   # The dry run names the account and groups the switch would give.
   run --separate-stderr "$QORVEL" --dry-run -u ally::ally-pass "$FAKE_JVM"
   [ "$(grep -E '^(user|group|groups):' <<<"$output" | paste -sd'|')" = "user: ally (2001)|group: alice (2001)|groups: 2001,3001" ]
@@ -89,7 +87,7 @@ CASES
   QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -s -u carol::bad-pass "$FAKE_JVM"
   [ ! -e other.log ]
   QRB_AUTH_DEBUG=1 QRB_AUTH_DEBUG_FILE=other.log run "$QORVEL" -g -l dbg.log -s -ucarol::bad-pass "$FAKE_JVM"
-  [ "$(cat other.log)" = "IN qorvel - ERROR validating password: Password is invalid." ]
+  eq "$(cat other.log)" "IN qorvel - ERROR validating password: Password is invalid."
   grep -qxF "validateUserPassword, carol , xxxxxxx , FAILED " dbg.log
   ! grep -q -e sha-pass -e bad-pass -e '\$6\$' authdbg.log other.log || false
   ! grep -q 'bad-pass' dbg.log || false
@@ -140,7 +138,7 @@ CASES
   as_alice() { setpriv --reuid=2001 --regid=2001 --clear-groups "$@"; }
   cp "$QORVEL" "$bin/qorvel-setid" && chmod 6755 "$bin/qorvel-setid"
   run --separate-stderr as_alice "$bin/qorvel-setid" "$FAKE_JVM"
-  [ "$status:$output:$stderr" = "1::qorvel: refusing to run set-user-ID or set-group-ID" ]
+  eq "$status:$output:$stderr" "1::qorvel: refusing to run set-user-ID or set-group-ID"
   # Blocked on its -e line while it holds the password: no core, no tracing by alice.
   mkfifo lines
   setpriv --reuid=2001 --regid=2001 --clear-groups "$QORVEL" -u alice::des-pass -e 1 "$FAKE_JVM" \
