@@ -43,7 +43,19 @@ TEST(FindSection, MatchesTheFirstWordWithoutCaseElseKeepsTheSection) {
         EXPECT_EQ(h.sectionOffset, static_cast<long>(text.find(c.next))) << c.why;
     }
     closecfg(&h);
+    EXPECT_TRUE(h.fp == nullptr && h.sectionOffset == 0 && h.sectionHeader[0] == '\0');
     closecfg(&h);  // twice is harmless
+}
+
+// A line ending in "," is joined with the next, through blank lines too: the
+// header it reaches is text of that entry, found by no search.
+TEST(FindSection, AJoinCarriedOverBlankLinesTakesTheHeaderIn) {
+    TempFile file("a=x,\n  \t\n\n[S]\nk=1\n[T]\n");
+    CFGHANDLE h;
+    ASSERT_EQ(opencfg(nullptr, nullptr, file.path(), &h), 0);
+    EXPECT_EQ(find_Section("S", &h), 0);
+    EXPECT_EQ(find_Section("T", &h), 1);
+    closecfg(&h);
 }
 
 class OpenCfg : public ::testing::Test {

@@ -41,13 +41,14 @@ constexpr std::size_t text_length(const char* text) {
     return n;
 }
 
-// A row is sound when its value and its default fit the field it fills, and
-// no other row fills that field.
+// A row is sound when it is a number or a text, its value and its default
+// fit the field it fills, and no other row fills that field.
 template <std::size_t N>
 constexpr bool rows_fit(const Key (&keys)[N]) {
     for (std::size_t i = 0; i < N; ++i) {
         const Key& k = keys[i];
         bool isInt = (k.flags & PROP_TYPE_MASK) == PROP_INTEGER;
+        if (!isInt && (k.flags & PROP_TYPE_MASK) != PROP_STRING) return false;  // no reader for it
         if (isInt && (k.capacity != 8 || k.fieldSize != 8)) return false;
         if (k.capacity > k.fieldSize) return false;
         if (text_length(k.defaultText) >= k.capacity) return false;

@@ -103,11 +103,11 @@ CASES
 
 @test "an output file is written over untruncated, appended to after '::', or made 0664 less the umask" {
   head -c 100000 /dev/zero | tr '\0' x > over.txt
-  run bash -c "umask 022; '$QORVEL' -1 over.txt -2 new.txt '$FAKE_JVM'"
+  run bash -c "umask 002; '$QORVEL' -1 over.txt -2 new.txt '$FAKE_JVM'"
   [ "$status" -eq 0 ]
   [ "$(stat -c %s over.txt)" -eq 100000 ]
   eq "$(head -c 7 over.txt)$(tail -c 3 over.txt)" "arg[0]=xxx"
-  [ "$(stat -c %a new.txt)" = 644 ]
+  eq "$(stat -c %a new.txt)" 664
   # What follows "::" is never expanded, and append sticks to a later -2 without it.
   printf 'old line\n' > out.txt
   run "$QORVEL" -1 'out.txt::append' -2 'other.txt::$QV_UNSET' -2 out.txt "$FAKE_JVM"
@@ -160,15 +160,14 @@ expect_failure() {
 }
 
 @test "-d detaches at once into a new session with the caller's umask; without -d, -s and -r change nothing" {
-  run --separate-stderr bash -c "umask 027; '$QORVEL' -d -1 out.txt '$FAKE_JVM' --exit 3"
+  run --separate-stderr bash -c "umask 002; '$QORVEL' -d -1 out.txt '$FAKE_JVM' --exit 3"
   [ "$status" -eq 0 ]
-  # Wait until the detached child has written its last line.
-  for _ in $(seq 1 100); do grep -q '^groups=' out.txt 2>/dev/null && break; sleep 0.05; done
-  eq "$(seen sid out.txt)/$(seen umask out.txt)" "$(seen pid out.txt)/0027"
+  wait_for out.txt '^groups='  # the detached child's last line
+  eq "$(seen sid out.txt)/$(seen umask out.txt)/$(stat -c %a out.txt)" "$(seen pid out.txt)/0002/664"
   [ "$(seen ppid out.txt)" != "$$" ]
-  run --separate-stderr bash -c "umask 022; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
+  run --separate-stderr bash -c "umask 002; '$QORVEL' -s -r 077 '$FAKE_JVM' --exit 4"
   [ "$status" -eq 4 ]
-  [ "$(seen umask <<<"$output")" = 0022 ]
+  eq "$(seen umask <<<"$output")" 0002
   [ "$(seen sid <<<"$output")" != "$(seen pid <<<"$output")" ]
 }
 

@@ -142,12 +142,13 @@ EOF
 
 @test "-g anywhere appends to qorvel.log, and a -u value never reaches it in any form" {
   for _ in 1 2; do
-    run "$QORVEL" -u alice:staff:secret1 -ualice:staff:secret2 -du alice:staff:secret3 -msilent -z java -g
+    run "$QORVEL" -u alice:staff:secret1 -ualice:staff:secret2 -du alice:staff:secret3 -msilent -w /tmp -z java -g
     [ "$status" -eq 248 ]
   done
   [ "$(grep -c ' Opened$' qorvel.log)" -eq 2 ]
   [ "$(grep -c ' :: Log Closed$' qorvel.log)" -eq 2 ]
   grep -qx 'Enabled -m option, SILENT_MODE' qorvel.log
+  grep -qxF 'Enabled -w option, cwd = (/tmp)' qorvel.log
   ! grep -q secret qorvel.log || false
   masked='<user group password not shown>'
   eq "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" "(-u) ($masked) (-u$masked) (-du) ($masked)"
