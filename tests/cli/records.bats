@@ -14,11 +14,12 @@ setup() {
 n() { head -c "$1" /dev/zero | tr '\0' n; }
 
 @test "each kind of service record matches its transcript" {
+  mkdir got
   while read -r kind args; do
     status=0
     eval "\"\$QORVEL_PROPS\" service $kind $args" > out.txt 2> err.txt || status=$?
     { echo "\$ service $kind $args"; cat out.txt; sed 's/^/stderr: /' err.txt
-      echo "exit: $status"; } | sed "s|$PWD|<cwd>|g" >> "$kind.golden"
+      echo "exit: $status"; } | sed "s|$PWD|<cwd>|g" >> "got/$kind.golden"
   done <<'CASES'
 broker services.properties CV svc1
 broker services.properties CV svc2
@@ -74,10 +75,6 @@ sqldb replication.properties $(n 54)
 sqldb replication.properties $(n 55)
 sqldb empty.properties d
 CASES
-  failed=0
-  for got in *.golden; do
-    if [ -n "${QORVEL_UPDATE_RECORDS:-}" ]; then cp "$got" "$records/"; fi
-    diff -u "$records/$got" "$got" || failed=1
-  done
-  [ "$(ls "$records"/*.golden | wc -l)" = 14 ] && [ "$failed" = 0 ]
+  if [ -n "${QORVEL_UPDATE_RECORDS:-}" ]; then cp got/*.golden "$records/"; fi
+  diff -ru -x '*.properties' "$records" got  # also names a transcript without cases
 }
