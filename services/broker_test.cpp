@@ -2,7 +2,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <climits>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -23,32 +22,6 @@ const char* kChain =
     "[UBroker.CV.svc2]\n"
     "userName=a_name_that_is_much_longer_than_the_fifty_bytes_of_its_field\n";
 
-TEST(ReadUBproperties, EachLevelOverridesTheOneBeforeAndTableDefaultsFillTheRest) {
-    TempFile file(kChain);
-    char cwd[PATH_MAX];
-    ASSERT_NE(getcwd(cwd, sizeof cwd), nullptr);
-    const struct {
-        const char* service;
-        std::string expected;  // result, then fields set at each level, a default, the cut
-    } cases[] = {
-        {"svc1", join(0, 9010, 4000, 5000, 3502, "svc1.log", "Disabled", "/a b/c", cwd, 0)},
-        {"svc2", join(0, 9010, 4000, 5000, 3502, "cv.log", "Disabled", "", cwd, 49)},
-        {UB_DEFAULTS_ONLY, join(0, 9010, 4000, 5000, 3502, "cv.log", "Disabled", "", cwd, 0)},
-        {"get_just_default_ubproperties", join(10004, 9010, 4000, 5000, 3502, "cv.log", "Disabled",
-                                               "", cwd, 0)},  // another case is a service name
-    };
-    for (const auto& c : cases) {
-        auto r = std::make_unique<UBSERVICEINFO>();
-        const long result = ReadUBproperties(file.path(), "CV", c.service, r.get(), nullptr);
-        EXPECT_EQ(join(result, r->infoVersion, r->portNumber, r->srvrMinPort, r->srvrMaxPort,
-                       r->srvrLogFile, r->srvrDebug, r->ZELPATH, r->workDir,
-                       std::string(r->userName).size()),
-                  c.expected)
-            << c.service;
-        EXPECT_STREQ(r->groupName, "") << "the field after a cut value is untouched";
-    }
-}
-
 // An administrator rewriting the file while a service reads it: each read
 // sees some version of the file, or fails with a status, and never crashes.
 TEST(ReadUBproperties, ReadsWhileTheFileIsRewrittenNeverCrash) {
@@ -68,20 +41,6 @@ TEST(ReadUBproperties, ReadsWhileTheFileIsRewrittenNeverCrash) {
         EXPECT_TRUE(result == 0 || result == CV_ERR_NO_SERVICE) << result;
     }
     waitpid(writer, nullptr, 0);
-}
-
-TEST(ReadUBproperties, WrongVersionFailsEverySectionThatDoesNotRestateIt) {
-    TempFile file(
-        "[UBroker]\ninfoVersion=9000\nportNumber=1\n[UBroker.CV]\nportNumber=2\n"
-        "[UBroker.CV.ok]\ninfoVersion=9010\nsrvrMinPort=7\n[UBroker.CV.bad]\nsrvrMinPort=8\n");
-    auto r = std::make_unique<UBSERVICEINFO>();
-    EXPECT_EQ(join(ReadUBproperties(file.path(), "CV", "bad", r.get(), nullptr), r->portNumber,
-                   r->srvrMinPort),
-              "10005|0|0");
-    ErrDetail detail{};  // the levels before the fix are skipped, their failure stays reported
-    EXPECT_EQ(join(ReadUBproperties(file.path(), "CV", "ok", r.get(), &detail), r->portNumber,
-                   r->srvrMinPort, detail.code),
-              "0|0|7|10005");
 }
 
 TEST(ReadCfgValueCV, AnswersFromTheCachedRecordUntilAReadFails) {
