@@ -4,9 +4,12 @@
 # each case's output, messages and exit status. QORVEL_UPDATE_RECORDS=1 rewrites
 # the transcripts; a rewritten one is right only once its diff is reviewed.
 
+load ../lib/common
+
 setup() {
+  common_setup
   records=$QORVEL_SOURCE_DIR/tests/records
-  cd "$BATS_TEST_TMPDIR" && cp "$records"/*.properties .
+  cp "$records"/*.properties .
   export VTX=$PWD/vtx  # where a file that is not found is looked for
 }
 
