@@ -13,7 +13,7 @@
 #include <string>
 
 #include "config/properties_reader.h"
-#include "config/test_file.h"
+#include "tests/temp_file.h"
 #include "qorvel/config.h"
 
 namespace {

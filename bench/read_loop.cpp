@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <memory>
 
-#include "config/test_file.h"
+#include "tests/temp_file.h"
 #include "qorvel/services.h"
 
 namespace {

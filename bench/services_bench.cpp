@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "config/test_file.h"
+#include "tests/temp_file.h"
 #include "qorvel/services.h"
 
 namespace {

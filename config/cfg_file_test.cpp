@@ -1,20 +1,13 @@
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cerrno>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 
-#include "config/test_file.h"
 #include "qorvel/config.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::testing::TempFile;
-using qorvel::testing::TempInstall;
 
 // A found section is named as asked, and its offset is where the next line
 // begins; a section not found leaves the handle's section as it was.

@@ -1,13 +1,7 @@
 #include "config/expand_envvars.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <utility>
-
 #include "qorvel/config.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,11 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cstdio>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "qorvel/config.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,13 +1,5 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
-#include "config/test_file.h"
 #include "qorvel/config.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,15 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <string>
-
-#include "config/test_file.h"
 #include "qorvel/config.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::testing::TempFile;
 
 const std::string kLongest(CFG_SECTION_NAME_MAX, 's');
 const std::string kFile =

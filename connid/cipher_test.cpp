@@ -1,10 +1,5 @@
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
-#include <utility>
-
 #include "qorvel/connid.h"
+#include "tests/unit.h"
 
 namespace {
 

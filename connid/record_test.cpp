@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
 #include <tuple>
-#include <utility>
 
 #include "qorvel/connid.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
 #include "launcher/identity.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include "launcher/console.h"
 #include "launcher/environment.h"
+#include "tests/unit.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {

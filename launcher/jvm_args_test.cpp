@@ -2,15 +2,9 @@
 // and one quoted line for callers that want a line; both take the settings.
 #include "launcher/jvm_args.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <cstring>
-#include <string>
-#include <vector>
-
 #include "launcher/cmdline.h"
 #include "launcher/console.h"
+#include "tests/unit.h"
 #include "util/bounded_text.h"
 
 namespace qorvel {

@@ -1,17 +1,10 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <regex>
-#include <sstream>
-#include <string>
 
 #include "qorvel/log.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,15 +1,9 @@
-#include <gtest/gtest.h>
-
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <functional>
-#include <sstream>
-#include <string>
-#include <utility>
 
 #include "qorvel/log.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,14 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "qorvel/log.h"
+#include "tests/unit.h"
 
 namespace {
 

@@ -1,19 +1,9 @@
-#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
-#include <cstring>
-#include <memory>
-#include <string>
 
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::services::testing::join;
-using qorvel::testing::TempFile;
 
 const char* kChain =
     "[UBroker]\nportNumber=4000\nsrvrDebug=Disabled\nsrvrLogFile=base.log\n"

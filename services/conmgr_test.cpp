@@ -1,14 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <memory>
-
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::services::testing::join;
-using qorvel::testing::TempFile;
 
 // Inherited defaults, which qorvel-props does not use: each level keeps what
 // the one before it set. Plain text values stop at "#", whole-line ones keep

@@ -1,19 +1,11 @@
-#include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <climits>
-#include <cstring>
 #include <functional>
-#include <string>
 
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 #include "util/bounded_text.h"
 
 namespace {
-
-using qorvel::services::testing::join;
-using qorvel::testing::TempFile;
 
 TEST(CvErrorMsg, KnowsTheCodesOfItsTableAndNoOthers) {
     EXPECT_STREQ(getCV_errorMsg(10005), "UBSERVICEINFO struct is incorrect version");

@@ -1,17 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cerrno>
-#include <cstdlib>
-#include <string>
-
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::services::testing::join;
-using qorvel::testing::TempFile;
-using qorvel::testing::TempInstall;
 
 const char* kCorvane =
     "[Corvane]\nRootPath=/web/root\nScriptPath=/cgi-bin\nComponents=1010011\n"

@@ -1,14 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <cstring>
-
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 
 namespace {
-
-using qorvel::services::testing::join;
-using qorvel::testing::TempFile;
 
 // qorvel-props reads the version 2 record; the version 1 one is checked here.
 TEST(ReplServer, Version1StopsAtItsEndAndIsTheFirstPartOfVersion2) {

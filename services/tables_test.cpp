@@ -1,18 +1,11 @@
 #include "services/tables.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <memory>
-#include <vector>
-
 #include "qorvel/services.h"
-#include "services/test_files.h"
+#include "tests/unit.h"
 
 namespace {
 
 using namespace qorvel::services;
-using qorvel::testing::TempFile;
 
 // Reads work on copies: the shared tables keep no pointer into a record. A
 // default is written over whatever the caller's record held.

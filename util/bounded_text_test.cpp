@@ -1,9 +1,6 @@
 #include "util/bounded_text.h"
 
-#include <gtest/gtest.h>
-
-#include <cstring>
-#include <string>
+#include "tests/unit.h"
 
 namespace qorvel {
 namespace {
