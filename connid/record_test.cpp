@@ -40,28 +40,6 @@ TEST(ParseConnID, SplitsTheFieldsAndCutsEachToItsWidth) {
     }
 }
 
-// A cut identifier would decipher into a different one, so it is refused;
-// what is enciphered deciphers to the same fields.
-TEST(ConnIdRecord, EnciphersOnlyWholeIdentifiersAndDeciphersToTheSameFields) {
-    const std::pair<std::string, long> cases[] = {
-        {"hostA::brokerB::3055::x::y", 52},
-        {"", 0},
-        {std::string(127, 'a'), 254},
-        {std::string(128, 'a'), 0},  // refused, not cut
-    };
-    for (const auto& [text, length] : cases) {
-        CONNIDINFO made{}, read{};
-        std::string("stale").copy(made.encryptedId, 5);
-        makeConnIDInfo(text.c_str(), &made);
-        EXPECT_EQ(encryptIDInConnIDInfo(&made), 0);
-        EXPECT_EQ(made.encryptedIdLength, length) << text;
-        EXPECT_EQ(std::strlen(made.encryptedId), static_cast<std::size_t>(length)) << text;
-        EXPECT_EQ(decryptAndFillConnIDInfo(made.encryptedId, &read), length / 2);
-        EXPECT_EQ(fields(read), length != 0 ? fields(made) : Fields()) << text;
-        EXPECT_STREQ(read.encryptedId, "") << "deciphering does not fill encryptedId";
-    }
-}
-
 TEST(DecryptAndFillConnIDInfo, RefusesCipherTextItCannotHoldAndClearsTheFields) {
     CONNIDINFO ok{};
     EXPECT_EQ(decryptAndFillConnIDInfo(std::string(1022, '0').c_str(), &ok), 511)

@@ -1,6 +1,6 @@
 // Deciphers and splits arbitrary text, and checks that every identifier short
-// enough to encipher comes back unchanged. Records live on the heap so the
-// address sanitizer sees any write past one.
+// enough to encipher comes back unchanged and that a longer one is refused
+// whole. Records live on the heap so the address sanitizer sees any write past one.
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -22,12 +22,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     decryptAndFillConnIDInfo(c_text, info.get());
 
     makeConnIDInfo(c_text, info.get());
-    encryptIDInConnIDInfo(info.get());
-    if (length > CONNID_ENCIPHER_MAX) {
-        if (info->encryptedIdLength != 0) std::abort();
-        return 0;
+    // A refusal must leave neither an older cipher text nor its length.
+    std::memset(info->encryptedId, 'x', 8);
+    info->encryptedIdLength = 8;
+    if (encryptIDInConnIDInfo(info.get()) != 0) std::abort();
+    long expected = length > CONNID_ENCIPHER_MAX ? 0 : 2 * static_cast<long>(length);
+    if (info->encryptedIdLength != expected ||
+        std::strlen(info->encryptedId) != static_cast<std::size_t>(expected)) {
+        std::abort();
     }
-    if (info->encryptedIdLength != 2 * static_cast<long>(length)) std::abort();
+    if (length > CONNID_ENCIPHER_MAX) return 0;
     auto back = std::make_unique<CONNIDINFO>();
     if (decryptAndFillConnIDInfo(info->encryptedId, back.get()) != static_cast<long>(length)) {
         std::abort();
