@@ -30,21 +30,6 @@ std::string unreachable_reason(const Header& h, const std::string& word, bool cl
            "]', and this header's first word is '" + word + "'";
 }
 
-struct Entry {
-    std::string key, value;
-    bool has_equals;
-};
-
-Entry split_entry(const std::string& text) {
-    std::string value = text, key(text.size() + 1, '\0');
-    cfg_getkeyword(key.data(), value.data());
-    bool has_equals = false;
-    for (std::size_t i = 0; i < text.size() && !has_equals; ++i) {
-        has_equals = text[i] == '=' && (i == 0 || text[i - 1] != '\\');
-    }
-    return {key.c_str(), value.c_str(), has_equals};
-}
-
 class Checker {
   public:
     explicit Checker(const FileText& file) : file_(file) {}

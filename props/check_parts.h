@@ -50,6 +50,4 @@ void check_levels(const Family& family, const std::string& section,
 void check_service_entry(const Family& family, const CFGHANDLE& handle, const std::string& key,
                          std::string_view resolved, int line, Findings& out);
 
-std::string lower(std::string text);
-
 }  // namespace props

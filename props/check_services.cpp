@@ -3,7 +3,6 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -107,11 +106,6 @@ void check_number(const CFGHANDLE& handle, const CfgInfo& row, int line, Finding
 }
 
 }  // namespace
-
-std::string lower(std::string text) {
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
-}
 
 const Family* family_of(std::string_view section) {
     for (const Family& f : kFamilies) {

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -136,19 +137,19 @@ std::string read_failure(long rc) {
     return std::strerror(static_cast<int>(rc));
 }
 
-EntryKey entry_key(const std::string& line) {
-    std::string copy = line;
-    std::string key(copy.size() + 1, '\0');
-    cfg_getkeyword(key.data(), copy.data());
-    key.resize(key.find('\0'));
+Entry split_entry(const std::string& line) {
+    std::string value = line, key(line.size() + 1, '\0');
+    cfg_getkeyword(key.data(), value.data());
     bool has_equals = false;
-    for (std::size_t i = 0; i < line.size(); ++i) {
-        if (line[i] == '=' && (i == 0 || line[i - 1] != '\\')) {
-            has_equals = true;
-            break;
-        }
+    for (std::size_t i = 0; i < line.size() && !has_equals; ++i) {
+        has_equals = line[i] == '=' && (i == 0 || line[i - 1] != '\\');
     }
-    return {key, has_equals};
+    return {key.c_str(), value.c_str(), has_equals};
+}
+
+std::string lower(std::string text) {
+    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
 }
 
 }  // namespace props

@@ -72,11 +72,15 @@ class FileText {
 // its status.
 std::string read_failure(long rc);
 
-// The key of an entry line as the lookups split it, and whether it has an "=".
-struct EntryKey {
-    std::string key;
+// An entry line as the lookups split it: its key, the value after the key
+// (the "=" and blanks dropped), and whether it has an unescaped "=".
+struct Entry {
+    std::string key, value;
     bool has_equals;
 };
-EntryKey entry_key(const std::string& line);
+Entry split_entry(const std::string& line);
+
+// Keys and section names compared without case, as lookups compare them.
+std::string lower(std::string text);
 
 }  // namespace props

@@ -77,14 +77,10 @@ Values read_values(const std::string& path, const std::string& deepest) {
 
 // The text of the entry at `line` after its "=", as the file holds it.
 std::string written_value(const FileText& file, int line) {
-    for (const LogicalLine& logical : file.lines()) {
-        if (logical.number != line) continue;
-        std::string text = logical.text;
-        std::string key(text.size() + 1, '\0');
-        cfg_getkeyword(key.data(), text.data());
-        return text.c_str();
-    }
-    return "";
+    const std::vector<LogicalLine>& lines = file.lines();  // in line order
+    auto at = std::lower_bound(lines.begin(), lines.end(), line,
+                               [](const LogicalLine& l, int number) { return l.number < number; });
+    return at != lines.end() && at->number == line ? split_entry(at->text).value : "";
 }
 
 // How many characters of the value reach the launcher when it is cut on the

@@ -3,7 +3,6 @@
 #include <qorvel/config.h>
 #include <strings.h>
 
-#include <cctype>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -15,12 +14,6 @@ bool same_key(const std::string& a, const std::string& b) {
     return strcasecmp(a.c_str(), b.c_str()) == 0;
 }
 
-// Keys compared without case, as lookups compare them.
-std::string folded(std::string key) {
-    for (char& c : key) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return key;
-}
-
 // The entries of the section at `offset`, each key once (the first entry of
 // a key is the one lookups find), in file order.
 std::vector<LogicalLine> section_entries(const FileText& file, long offset) {
@@ -28,14 +21,14 @@ std::vector<LogicalLine> section_entries(const FileText& file, long offset) {
     std::unordered_set<std::string> seen;
     for (LogicalLine& line : file.section_lines(offset)) {
         if (line.text.empty() || line.text[0] == '#') continue;
-        if (seen.insert(folded(entry_key(line.text).key)).second) entries.push_back(std::move(line));
+        if (seen.insert(lower(split_entry(line.text).key)).second) entries.push_back(std::move(line));
     }
     return entries;
 }
 
 Setting read_setting(const CFGHANDLE& handle, const LogicalLine& line, const std::string& level,
                      bool raw) {
-    Setting setting{entry_key(line.text).key, "", level, line.number};
+    Setting setting{split_entry(line.text).key, "", level, line.number};
     char value[CFG_VALUE_SIZE];
     long rc =
         getPropValue(&handle, setting.key.c_str(), value, sizeof value,
@@ -47,7 +40,7 @@ Setting read_setting(const CFGHANDLE& handle, const LogicalLine& line, const std
 
 // The deeper level overrides; keys keep the order they first appear in.
 void merge(Resolution& out, std::unordered_map<std::string, std::size_t>& index, Setting setting) {
-    auto [at, added] = index.try_emplace(folded(setting.key), out.settings.size());
+    auto [at, added] = index.try_emplace(lower(setting.key), out.settings.size());
     if (added) {
         out.settings.push_back(std::move(setting));
     } else {
