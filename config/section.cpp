@@ -30,8 +30,12 @@ long resolve_path(const char* envVarName, const char* fileName, char* path) {
     if (given) return bounded_copy(path, CFG_PATH_SIZE, given) ? 0 : ENAMETOOLONG;
     char install[CFG_PATH_SIZE];
     if (long rc = install_path(install, sizeof install); rc != 0) return rc;
-    bool fits = bounded_format(path, CFG_PATH_SIZE, "%s%c%s%c%s", install, '/', "properties", '/',
-                               fileName ? fileName : "ubroker.properties");
+    // An absolute name is looked for under the install folder too; joined
+    // without its leading "/" it reads as one path in messages.
+    const char* name = fileName ? fileName : "ubroker.properties";
+    while (*name == '/') ++name;
+    bool fits =
+        bounded_format(path, CFG_PATH_SIZE, "%s%c%s%c%s", install, '/', "properties", '/', name);
     return fits ? 0 : ENAMETOOLONG;
 }
 

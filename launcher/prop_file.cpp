@@ -52,8 +52,7 @@ bool parse_argument(std::string_view arg, PropArgument& parsed) {
 }
 
 bool allocate(HeapText& setting, std::size_t size) {
-    setting.reset(new (std::nothrow) char[size]);
-    if (setting) setting[0] = '\0';
+    setting.reset(new (std::nothrow) char[size]());  // a key not found leaves it empty
     return setting != nullptr;
 }
 

@@ -171,7 +171,7 @@ QORVEL_API long getPropValue(const CFGHANDLE* handle, const char* key, void* out
  * "?alt?alt?default?" keeps the first alternative not left unexpanded.
  * Returns 1; 10006 for a NULL handle; 0 when the substitution cannot complete
  * (references that never settle, a text of CFG_VALUE_SIZE characters or more).
- * A NULL value gives an empty text. */
+ * A NULL value gives an empty text; a NULL `out` returns 0. */
 QORVEL_API int filterValue(const CFGHANDLE* handle, const char* key, char* out, const char* value);
 
 /* Copies $VTX into *pathBuffer (size bytes). Returns 0; 2 when VTX is unset;

@@ -67,6 +67,7 @@ static void read_section_keys(const char* file) {
     char value[CFG_VALUE_SIZE] = "?${QORVEL_UNSET_VAR}?b?";
     CHECK(filterValue(&h, "k", value, value) == 1 && strcmp(value, "b") == 0);
     CHECK(filterValue(&h, "k", value, NULL) == 1 && value[0] == '\0');
+    CHECK(filterValue(&h, "k", NULL, "x") == 0);
     closecfg(&h);
 }
 
