@@ -153,3 +153,27 @@ EOF
   masked='<user group password not shown>'
   eq "$(sed -n 's/^arg\[[1-5]\] = //p' qorvel.log | head -n5 | paste -sd' ')" "(-u) ($masked) (-u$masked) (-du) ($masked)"
 }
+
+@test "the log traces the long options, each -e variable (value hidden) and the password file" {
+  printf 'A=1\nB=two\n' > env.txt
+  printf 'pw\n' > pw && chmod 600 pw
+  JREHOME=/opt/jre "$QORVEL" -g --dry-run --pidfile=app.pid --password-file=pw --rlimit=nofile=64 -e 2 \
+    -u "$(id -un)" "$FAKE_JVM" < env.txt > /dev/null || true
+  diff -u - <(grep -E '^(Enabled|set \(|Password taken)' qorvel.log) <<EOF
+Enabled --dry-run option
+Enabled --pidfile option, file = ($PWD/app.pid)
+Enabled --password-file option, file = (pw)
+Enabled --rlimit option, nofile=64
+Enabled -e option, setting 2 environment variables.
+set (A=<value not shown>)
+set (B=<value not shown>)
+Password taken from (pw)
+EOF
+  "$QORVEL" -g --stop --pidfile=app.pid --timeout=1 --signal=HUP > /dev/null || true
+  diff -u - <(grep -E '^Enabled' qorvel.log | tail -n4) <<EOF
+Enabled --stop option
+Enabled --pidfile option, file = ($PWD/app.pid)
+Enabled --timeout option, 1 s
+Enabled --signal option, signal 1
+EOF
+}
