@@ -134,6 +134,14 @@ TEST_F(Lookup, AFileRewrittenUnderAHandleReadsAsOpened) {
     EXPECT_EQ(filterValue(nullptr, "k", out_, "v"), CFG_NULL_HANDLE);
 }
 
+TEST_F(Lookup, ATextToSubstituteLeavesRoomForItsNul) {
+    char out[CFG_VALUE_SIZE];
+    std::string fits = "$" + std::string(CFG_VALUE_SIZE - 2, 'y');
+    EXPECT_EQ(filterValue(&h_, "k", out, fits.c_str()), 1);
+    EXPECT_EQ(out, fits);
+    EXPECT_EQ(filterValue(&h_, "k", out, (fits + "y").c_str()), 0);
+}
+
 TEST_F(Lookup, SubstitutionStagesRunInOrder) {
     CFGHANDLE h = h_;
     ASSERT_EQ(find_Section("S", &h), 1);
