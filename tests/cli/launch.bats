@@ -101,7 +101,7 @@ Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with
 CASES
 }
 
-@test "an output file is written over untruncated, appended to after '::', or made 0664 less the umask" {
+@test "an output file is written over untruncated, appended to after '::', made 0664 less the umask, or reached through the caller's own link" {
   head -c 100000 /dev/zero | tr '\0' x > over.txt
   run bash -c "umask 002; '$QORVEL' -1 over.txt -2 new.txt '$FAKE_JVM'"
   [ "$status" -eq 0 ]
@@ -114,6 +114,9 @@ CASES
   [ "$status" -eq 0 ]
   eq "$(sed -n '1p;2p;$p' out.txt | paste -sd'|')" "old line|arg[0]=$FAKE_JVM|fake_jvm stderr"
   [ ! -e other.txt ]
+  mkdir real && ln -s "$PWD/real/abs.txt" abs.txt && ln -s real/rel.txt rel.txt
+  "$QORVEL" -1 abs.txt -2 rel.txt "$FAKE_JVM"
+  eq "$(head -n1 real/abs.txt)|$(cat real/rel.txt)" "arg[0]=$FAKE_JVM|fake_jvm stderr"
 }
 
 # Runs one failing launch; checks the status and the console after the progress lines.
