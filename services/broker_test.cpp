@@ -90,6 +90,9 @@ TEST(UpdateUBproperties, CallsTheHandlerOfEveryChangedKeyAndKeepsTheRecordInForc
         {"type_specific_handler_gives_the_result", "portNumber=42\n", true,
          "typed:portNumber;|0|42"},
         {"change_without_handler_is_skipped", "portNumber=3000\nuuid=u\n", true, "|0|0"},
+        // 3000 + 2^24: the bytes of the two numbers differ only past a zero byte.
+        {"number_changed_past_a_zero_byte", "portNumber=16780216\n", true,
+         "typed:portNumber;|0|16780216"},
     };
     const std::string sections = "[UBroker]\n[UBroker.CV]\n[UBroker.CV.s]\n";
     TempFile baseFile(sections + "portNumber=3000\n");
