@@ -11,7 +11,7 @@ mount_test_accounts() {
     echo "refusing to bind-mount account files outside a private mount namespace" >&2
     return 1
   fi
-  local etc=$BATS_FILE_TMPDIR/etc yescrypt_salt
+  local etc=$BATS_FILE_TMPDIR/etc yescrypt_salt today
   mkdir -p "$etc"
   # The test users run the launcher and the stand-in, so both must be
   # reachable from outside a checkout that others cannot enter (/root).
@@ -36,17 +36,19 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo 'gone:x:2008:2008::/tmp:/bin/sh'
     echo 'stale:x:2009:2009::/tmp:/bin/sh'
   } > "$etc/passwd"
+  # gone and stale expire today: an expiry day counts from its start.
+  today=$(($(date +%s) / 86400))
   {
     echo 'root:*:19000:0:99999:7:::'
     echo "alice:$(perl -e 'print crypt("des-pass", "al")'):19000:0:99999:7:::"
     echo "bob:$(openssl passwd -1 md5-pass):19000:0:99999:7:::"
-    echo "carol:$(openssl passwd -6 sha-pass):19000:0:99999:7:::"
+    echo "carol:$(openssl passwd -6 sha-pass):19000:0::7:::"  # no maximum age
     echo "dave:$(perl -e 'print crypt("yes-pass", $ARGV[0])' "$yescrypt_salt"):19000:0:99999:7:::"
     echo "erin:$(openssl passwd -6 erin-pass):19000:0:99999:7:::"
     echo "ally:$(openssl passwd -6 ally-pass):19000:0:99999:7:::"
     echo "svc:!$(openssl passwd -6 svc-pass):19000::::::"
-    echo "gone:$(openssl passwd -6 gone-pass):19000:0:99999:7::19001:"
-    echo "stale:$(openssl passwd -6 stale-pass):19000:0:30:7:::"
+    echo "gone:$(openssl passwd -6 gone-pass):19000:0:99999:7::$today:"
+    echo "stale:$(openssl passwd -6 stale-pass):$((today - 30)):0:30:7:::"
   } > "$etc/shadow"
   chmod 600 "$etc/shadow"
   printf '%s\n' 'root:x:0:' 'alice:x:2001:' 'devs:x:3000:alice,frank' 'staff:x:3001:ally' \
