@@ -89,11 +89,12 @@ Hint: JREHOME names the Java runtime's directory, the one holding bin/java; with
   eq "$(seen stdin work/out.txt)" "from file"
   eq "$(cat work/err.txt)" "fake_jvm stderr"
   [ -e p.pid ]  # named from the launch directory
-  # One that cannot be entered stops the launch before the pid file or the daemon child.
+  # One that cannot be entered stops the launch before the pid file (which
+  # could not be made either) or the daemon child.
   touch afile
   while IFS='|' read -r code words text; do
-    run --separate-stderr "$QORVEL" --pidfile=p2.pid $words "$FAKE_JVM"
-    [ "$status:$output:$stderr" = "$code::$(printf '%b' "$text")" ] && [ ! -e p2.pid ] ||
+    run --separate-stderr "$QORVEL" --pidfile=nodir/p2.pid $words "$FAKE_JVM"
+    [ "$status:$output:$stderr" = "$code::$(printf '%b' "$text")" ] ||
       { echo "$words: $status $stderr"; false; }
   done <<'CASES'
 2|-d -w nodir|Cannot enter working directory (nodir)\nNo such file or directory
@@ -184,6 +185,7 @@ expect_failure() {
   grep -qxF "Waiting for process to exit..." dbg.log
   grep -qxF "Process has exited, rc = 768, exit status = 3" dbg.log
   grep -qxF "running daemon mode" dbg.log
+  ! grep -q "Cannot become a child subreaper" dbg.log || false
   # Without a command the daemon child says so and exits 245.
   run --separate-stderr "$QORVEL" -d -s
   eq "$status:$stderr" "245:Incomplete argument list. No action taken"
