@@ -28,6 +28,14 @@ TEST(DefaultDir, ReplacesOnlyDotAndDotSlash) {
     }
 }
 
+TEST(Platform, HasNoDefaultServiceNorRegistryKey) {
+    char service[8] = "stale";
+    char* name = service;
+    EXPECT_EQ(getDefault_Service(&name), 0);
+    EXPECT_STREQ(service, "");
+    EXPECT_EQ(getProductRegKey_CV(), 0);
+}
+
 // Failures qorvel-props cannot show: a null name, another record version,
 // an update, and the message number every reader sets.
 TEST(ServiceReaders, ReportEachFailureInTheErrorDetail) {
