@@ -7,7 +7,7 @@ const std::string kLongest(CFG_SECTION_NAME_MAX, 's');
 const std::string kFile =
     "[Common.Linux]\nclasspath=b.jar\n"
     "[Common]\nclasspath=a.jar\njvmargs=-Dinstall=${QV_HOME}\n"
-    "[OnlyChild.Linux]\nclasspath=child\n"
+    "[OnlyChild.Linux]\nclasspath=child\n[.]\nclasspath=dot\n"
     "[" +
     kLongest + "]\nclasspath=deep\n";
 
@@ -23,6 +23,7 @@ TEST(GetProperties, DeeperSectionsOverride) {
         {"missing parent level is skipped", "OnlyChild.Linux", "child", "dflt"},
         {"no level exists", "Nowhere.Linux", "dflt", "dflt"},
         {"empty components are skipped", "Common..Linux", "b.jar", "-Dinstall=/opt/q"},
+        {"a name without components is read as it stands", ".", "dot", "dflt"},
         {"the longest searchable level is read", dotted.c_str(), "deep", "dflt"},
     };
     for (const auto& c : cases) {

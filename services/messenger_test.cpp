@@ -1,3 +1,6 @@
+#include <filesystem>
+#include <iterator>
+
 #include "qorvel/services.h"
 #include "tests/unit.h"
 
@@ -90,12 +93,15 @@ TEST(ServiceEnumeration, ListsTheChildrenOfUBrokerCV) {
         {"no_children", "[UBroker.CV]\n[Other]\n", "0|0|"},
         {"overlong_list_keeps_whole_names", overlong, join(ENOBUFS, 32, kept)},
     };
+    auto open_files = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
     for (const auto& c : cases) {
         TempInstall install(c.text);
         char list[SERVICE_LIST_SIZE];
         char* p = list;
         int64_t count = -1;
+        auto before = open_files();
         EXPECT_EQ(join(getServiceList(&p, 0, &count), count, list), c.expected) << c.name;
+        EXPECT_EQ(open_files(), before) << c.name << ": the file stays open";
     }
 }
 
