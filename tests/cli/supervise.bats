@@ -29,6 +29,15 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   [ "$status" -eq 0 ] && ((SECONDS >= 2)) && [ ! -e app.pid ]
   [[ "$stderr" == *"still runs 2 s after SIGTERM: sending SIGKILL"*"(SIGKILL)" ]]
   ! running "$(cat child)" || false
+  # One whose parent never reaps it has stopped once it is a zombie.
+  perl -e 'my $pid = fork // die; exec @ARGV if !$pid;
+    open my $f, ">", "app.pid"; print $f "$pid\n"; close $f; sleep 30' sleep 60 & keeper=$!
+  wait_for app.pid . && pid=$(cat app.pid)
+  SECONDS=0
+  run --separate-stderr "$QORVEL" --stop --pidfile=app.pid --timeout=5
+  eq "$status:$stderr" "0:Stopped pid $pid (SIGTERM)"
+  ((SECONDS < 5))
+  kill $keeper
   run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
   eq "$status:$stderr" "0:Nothing running: no pid file ($PWD/app.pid)"
   echo 99999999 > app.pid
