@@ -94,7 +94,7 @@ CASES
   [ "$status:$(cat orphan.txt)" = "0:PPid:"$'\t'"$parent" ]
 }
 
-@test "NOTIFY_SOCKET gets MAINPID of the JVM and READY=1 once it runs, at a path or an abstract name" {
+@test "NOTIFY_SOCKET gets MAINPID of the JVM and READY=1 once it runs, at a path or an abstract name; nothing when the start fails" {
   for socket in "$PWD/notify.sock" "@qv-notify-$$"; do
     rm -f bound notify.txt out.txt
     python3 -c 'import socket, sys
@@ -114,4 +114,19 @@ print(message + "program=" + open(f"/proc/{pid}/cmdline").read().split("\0")[1])
     wait $parent || true
     [ "$(cat notify.txt)" = "MAINPID=$(seen pid out.txt)"$'\n'"READY=1"$'\n'"program=$FAKE_JVM" ]
   done
+  # A start that failed is never ready: the first datagram is the test's own.
+  rm -f bound
+  python3 -c 'import socket, sys
+listener = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+listener.bind(sys.argv[1])
+open("bound", "w").write("bound\n")
+listener.settimeout(20)
+print(listener.recv(4096).decode())' "$PWD/failed.sock" > notify.txt & listener=$!
+  wait_for bound bound
+  run env NOTIFY_SOCKET="$PWD/failed.sock" "$QORVEL" -d -s no-such-program-qv
+  [ "$status" -eq 2 ]
+  python3 -c 'import socket, sys
+socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM).sendto(b"end", sys.argv[1])' "$PWD/failed.sock"
+  wait $listener
+  eq "$(cat notify.txt)" end
 }
