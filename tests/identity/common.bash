@@ -36,7 +36,8 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo 'gone:x:2008:2008::/tmp:/bin/sh'
     echo 'stale:x:2009:2009::/tmp:/bin/sh'
   } > "$etc/passwd"
-  # gone and stale expire today: an expiry day counts from its start.
+  # gone and stale expire today: an expiry day counts from its start, and a
+  # maximum age of 0 days expires the password the day it is set.
   today=$(($(date +%s) / 86400))
   {
     echo 'root:*:19000:0:99999:7:::'
@@ -48,7 +49,7 @@ print(c.crypt_gensalt(b"$y$", 0, None, 0).decode())')
     echo "ally:$(openssl passwd -6 ally-pass):19000:0:99999:7:::"
     echo "svc:!$(openssl passwd -6 svc-pass):19000::::::"
     echo "gone:$(openssl passwd -6 gone-pass):19000:0:99999:7::$today:"
-    echo "stale:$(openssl passwd -6 stale-pass):$((today - 30)):0:30:7:::"
+    echo "stale:$(openssl passwd -6 stale-pass):$today:0:0:7:::"  # must change it at once
   } > "$etc/shadow"
   chmod 600 "$etc/shadow"
   printf '%s\n' 'root:x:0:' 'alice:x:2001:' 'devs:x:3000:alice,frank' 'staff:x:3001:ally' \

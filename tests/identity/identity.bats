@@ -48,7 +48,7 @@ no_password_for_another_user|bob|Password does not match.|the password is wrong
 locked_account|svc::svc-pass|Cannot verify blank password.|the account is locked; the superuser may start it with --no-password-check
 numeric_user_has_no_entry_to_check|#2003::sha-pass|Cannot access password entry.|no account has this name
 account_on_its_expiry_date|gone::gone-pass|Account has expired.|the account has expired
-password_on_the_day_it_reaches_its_maximum_age|stale::stale-pass|Password has expired.|the password has expired; change it with passwd
+password_with_a_maximum_age_of_0_days|stale::stale-pass|Password has expired.|the password has expired; change it with passwd
 CASES
 }
 
