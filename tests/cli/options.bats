@@ -142,7 +142,7 @@ EOF
 
 @test "-g anywhere appends to qorvel.log, and a -u value never reaches it in any form" {
   for _ in 1 2; do
-    run "$QORVEL" -u alice:staff:secret1 -ualice:staff:secret2 -du alice:staff:secret3 -msilent -w /tmp -z java -g
+    run "$QORVEL" -u alice:staff:secret1 -ualice:staff:secret2 -du alice:staff:secret3 -u -secret4 -msilent -w /tmp -z java -g
     [ "$status" -eq 248 ]
   done
   [ "$(grep -c ' Opened$' qorvel.log)" -eq 2 ]

@@ -43,9 +43,12 @@ running() { [ -e /proc/"$1" ] && ! grep -q ') Z ' /proc/"$1"/stat 2>/dev/null; }
   echo 99999999 > app.pid
   run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
   eq "$status:$stderr" "0:Nothing running: pid file ($PWD/app.pid) names no running process"
+  ln -sf /etc/hostname app.pid  # a pid file is never read through a link
+  run --separate-stderr "$QORVEL" --stop --pidfile=app.pid
+  eq "$status:$stderr" "1:Unable to read pid file ($PWD/app.pid)"$'\n'"Too many levels of symbolic links"
 }
 
-@test "--status: 0 running with its pid, 1 for a stale file or a reused id, 3 without one" {
+@test "--status: 0 running with its pid, 1 for a stale file or a reused id, 3 without one, 4 unreadable" {
   while IFS='|' read -r content code message; do
     rm -f app.pid && eval "$content"
     run --separate-stderr "$QORVEL" --status --pidfile=app.pid
@@ -56,6 +59,7 @@ echo $$ > app.pid|0|running (pid $$)
 echo 99999999 > app.pid|1|not running: pid file ($PWD/app.pid) names no running process
 echo $$ > app.pid; touch -d '1 hour ago' app.pid|1|not running: pid file ($PWD/app.pid) names no running process
 :|3|not running: no pid file ($PWD/app.pid)
+ln -s /etc/hostname app.pid|4|
 CASES
 }
 
