@@ -134,6 +134,7 @@ static void refuse_null_arguments(const char* file) {
         ROW(OpenConManager(file, "d", &detail, 0, NULL, "boundary"), CV_ERR_HANDLE),
         ROW(ReadConManager("d", &detail, list, NULL, "database", 1), CV_ERR_HANDLE),
         ROW(serviceEnum_CV(NULL, 1, &none, 8), CV_ERR_HANDLE),
+        ROW(serviceEnum_CV(NULL, SERVICE_ENUM_FIRST_ONLY, &none, 8), EINVAL),
         ROW(getServiceList(&none, 0, &count), EINVAL),
         ROW(getCV_PathInfo(NULL), EINVAL),
         ROW(makeConnIDInfo("a::b", NULL) + encryptIDInConnIDInfo(NULL), 2 * EINVAL),
