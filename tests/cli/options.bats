@@ -157,14 +157,15 @@ EOF
 @test "the log traces the long options, each -e variable (value hidden) and the password file" {
   printf 'A=1\nB=two\n' > env.txt
   printf 'pw\n' > pw && chmod 600 pw
-  JREHOME=/opt/jre "$QORVEL" -g --dry-run --pidfile=app.pid --password-file=pw --rlimit=nofile=64 -e 2 \
+  # Two lines for -e 3: the end of the input ends the list.
+  JREHOME=/opt/jre "$QORVEL" -g --dry-run --pidfile=app.pid --password-file=pw --rlimit=nofile=64 -e 3 \
     -u "$(id -un)" "$FAKE_JVM" < env.txt > /dev/null || true
   diff -u - <(grep -E '^(Enabled|set \(|Password taken)' qorvel.log) <<EOF
 Enabled --dry-run option
 Enabled --pidfile option, file = ($PWD/app.pid)
 Enabled --password-file option, file = (pw)
 Enabled --rlimit option, nofile=64
-Enabled -e option, setting 2 environment variables.
+Enabled -e option, setting 3 environment variables.
 set (A=<value not shown>)
 set (B=<value not shown>)
 Password taken from (pw)
